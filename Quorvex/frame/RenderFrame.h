@@ -1,0 +1,200 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include <Quorvex/core/Colors.h>
+#include <Quorvex/core/Export.h>
+#include <Quorvex/core/Vectors.h>
+#include <Quorvex/frame/FrameBuffer.h>
+#include <Quorvex/platform/Handles.h>
+#include <Quorvex/scene/ObjectTypes.h>
+
+namespace KOVA::Quorvex {
+
+class View;
+
+enum StereoMode : std::uint32_t {
+    STEREO_NONE = 0,
+    STEREO_ANAGLYPH = 1,
+    STEREO_ROWS = 2,
+    STEREO_ROWS_ALTERNATE = 3,
+    STEREO_COLUMNS = 4,
+    STEREO_COLUMNS_SWAPPED = 5
+};
+
+// One picture in one window: binds the window's device context, a camera (View, the host's) and the scene that the
+// frame itself is (see ObjectTypes). It subclasses the window, so that exposing and resizing show the last picture
+// again, and is drawn by the scheduler of Quorvex: after Render() first in a fast pass, then in a quality pass that any
+// new request interrupts.
+//
+// All calls on the thread of Quorvex::Init, after it. Sizes are in pixels. Release a frame before its window goes; a
+// frame whose window is destroyed first is aborted and released.
+class QUORVEX_API RenderFrame : public ObjectTypes {
+public:
+    RenderFrame();
+
+    // Copies every member, handles and flags included, and the scene as ObjectTypes does. The copy is not scheduled,
+    // and the window stays the original's: releasing the copy does not touch it.
+    RenderFrame(const RenderFrame& other);
+    RenderFrame& operator=(const RenderFrame& other);
+    ~RenderFrame();
+
+    // Attaches the frame to a window: subclasses it, gives it a pixel format and registers the frame. False for a null
+    // handle or view (nothing changed), or when there is no pixel format (the window is as before).
+    bool Init(HWND window, View* view);
+    bool Init(HDC deviceContext, View* view);
+
+    // Stores the size and registers the frame with the scheduler; the last step of Init. Always true.
+    bool InitGL(unsigned int width, unsigned int height);
+
+    // Releases and returns false, for a host that gives up its own set-up.
+    bool InitFailed();
+
+    // Takes the frame out of the scheduler; Release also gives the window back.
+    void ReleaseGL();
+    void Release();
+
+    // Requests a redraw. Requests before the next tick make one pass.
+    void Render();
+
+    // Draws a pass now and shows it. False when it was interrupted; it is then not shown.
+    bool Render(bool quality, unsigned int width, unsigned int height);
+
+    // Draws a pass of a picture of this size into the current context; the caller swaps. With frame-buffer objects the
+    // picture is drawn at size x anti-aliasing (4096 at most each way) and then shown in the window. False when it was
+    // interrupted. A frame without a view draws nothing and returns true.
+    bool DrawGL(unsigned int width, unsigned int height, bool quality);
+
+    // Shows the last picture, scaled into the window; draws a fast pass when there are no frame-buffer objects.
+    void Display();
+    void DrawBackground();
+
+    // For objects while they draw: the fraction (0..1) of the current object that is done. Shows a line of progress and
+    // lets input through; true means that the pass must stop now. ProgressObject reports that one more object is done.
+    bool Progress(float fraction);
+    bool ProgressObject();
+
+    // The frame is never drawn again by the scheduler.
+    void AbortRendering() { m_abort = true; }
+    bool IsAborted() const { return m_abort; }
+    bool IsBusy() const { return m_busy; } // inside DrawGL
+
+    // Draws a quality pass of width x height and writes it as a 24-bit bitmap. False, and no file, for a width that is
+    // not a multiple of 4, without frame-buffer objects, when the pass is interrupted (it is then requested again), or
+    // when the file cannot be written in full.
+    bool RenderToBitmap(std::string path, unsigned int width, unsigned int height);
+
+    // The same picture of any width in memory: rows from the top, 3 bytes (R, G, B) a pixel, no padding. What is drawn
+    // larger or smaller because of the anti-aliasing factor is resampled to the size asked for. On failure pixels stays
+    // as it was.
+    bool RenderToPixels(std::vector<unsigned char>& pixels, unsigned int width, unsigned int height);
+
+    // 0 (none) switches stereo off and is always possible; false, and nothing changed, for a mode that cannot be had.
+    virtual bool SetStereoMode(StereoMode mode);
+    StereoMode GetStereoMode() const { return m_stereoMode; }
+    void SetStereoEffect(float effect) { m_stereoEffect = effect; }
+    float GetStereoEffect() const { return m_stereoEffect; }
+
+    // Between these two what is textured is drawn in grey levels.
+    void GrayScaleRendering_SwitchOn();
+    void GrayScaleRendering_SwitchOff();
+
+    void SetView(View* view) { m_view = view; } // not owned
+    View* GetView() const { return m_view; }
+    void SetScreenSize(unsigned int width, unsigned int height);
+    unsigned int GetScreenWidth() const { return m_screenWidth; }
+    unsigned int GetScreenHeight() const { return m_screenHeight; }
+    float GetScreenRatio() const { return static_cast<float>(m_screenWidth) / static_cast<float>(m_screenHeight); }
+    HDC GetDeviceContext() const { return m_deviceContext; }
+
+    // Gradient from top to bottom. The single colour is the mean, with the top's alpha.
+    void SetBackgroundColor(const ColorRGBA& color);
+    void SetBackgroundColor(const ColorRGBA& top, const ColorRGBA& bottom);
+    ColorRGBA GetBackgroundColorTop() const { return m_backgroundTop; }
+    ColorRGBA GetBackgroundColorBottom() const { return m_backgroundBottom; }
+    ColorRGBA GetBackgroundColor() const;
+
+    // Direction to the light in eye coordinates; (0, 0, -1) at first, which suits left-handed views.
+    void SetLight(const Vector3f& light) { m_light = light; }
+    Vector3f GetLight() const { return m_light; }
+    Vector3f GetLightTransformed() const { return m_lightTransformed; } // in world coordinates, as of the last pass
+
+    void SetDesiredFPS(float fps) { m_desiredFPS = fps; }
+    float GetDesiredFPS() const { return m_desiredFPS; }
+    void SetAntiAliasing(float factor) { m_antiAliasing = factor; } // pixels drawn per pixel shown, each way
+    float GetAntiAliasing() const { return m_antiAliasing; }
+
+    // After a fast pass a quality pass follows only while this is above 1.
+    void SetQualityThreshold(float threshold) { m_qualityThreshold = threshold; }
+    float GetQualityThreshold() const { return m_qualityThreshold; }
+
+    // What is drawn besides the scene.
+    void SetCoordAxesEnabled(bool enabled) { m_coordAxesEnabled = enabled; }
+    bool GetCoordAxesEnabled() const { return m_coordAxesEnabled; }
+    void SetRotationsAxisEnabled(bool enabled) { m_rotationAxisEnabled = enabled; }
+    bool GetRotationAxisEnabled() const { return m_rotationAxisEnabled; }
+    void ShowGrid(bool show) { m_showGrid = show; }
+
+    bool AVIIsHighQuality() const { return m_aviHighQuality; }
+    bool SupportsStencil() const;
+
+    // Seconds that the last pass took, finished or not.
+    double GetPassDuration() const { return m_passDuration; }
+
+    // The same window.
+    bool operator==(const RenderFrame& other) const { return m_window == other.m_window; }
+    bool operator!=(const RenderFrame& other) const { return !(*this == other); }
+
+    // The window procedure of attached windows.
+    static LRESULT WndProcRenderFrame(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+
+private:
+    friend class Quorvex;
+
+    struct Size {
+        unsigned int width, height;
+    };
+    Size InternalSize(unsigned int width, unsigned int height) const;
+    bool OwnsWindow() const;
+    void LoadCamera(Size target) const;
+    void SetUpLight();
+    bool DrawMono(Size size, bool quality);
+    void Present(); // shows the last picture in the window, also while another frame is being drawn
+    bool ReadComposedPixels(std::vector<unsigned char>& rgba, unsigned int width, unsigned int height);
+    bool CaptureRgba(std::vector<unsigned char>& rgba, unsigned int width, unsigned int height);
+
+    FrameBuffer m_leftBuffer;
+    FrameBuffer m_rightBuffer;
+    FrameBuffer m_composedBuffer;
+    bool m_showGrid = false;
+    bool m_busy = false;
+    HWND m_window = nullptr;
+    HDC m_deviceContext = nullptr;
+    float m_desiredFPS = 25.0F;
+    float m_fastPassSampleDivisor = 100.0F;
+    float m_qualityThreshold = 100.0F;
+    float m_antiAliasing = 1.0F;
+    float m_objectsDone = 0.0F;
+    StereoMode m_stereoMode = STEREO_NONE;
+    float m_stereoEffect = 0.08F;
+    bool m_aviHighQuality = false;
+    unsigned int m_screenWidth = 10;
+    unsigned int m_screenHeight = 10;
+    View* m_view = nullptr;
+    ColorRGBA m_backgroundTop{0.0F, 0.0F, 0.3F, 1.0F};
+    ColorRGBA m_backgroundBottom{0.85F, 0.85F, 1.0F, 1.0F};
+    bool m_coordAxesEnabled = false;
+    bool m_rotationAxisEnabled = false;
+    bool m_abort = false;
+    Vector3f m_light{0.0F, 0.0F, -1.0F};
+    Vector3f m_lightTransformed{0.0F, 0.0F, 0.0F};
+    WNDPROC m_previousProcedure = nullptr;
+    float m_progress = 0.0F;
+    unsigned int m_grayScaleProgram = 0;
+    double m_counterFrequency;
+    double m_passDuration = 0.0;
+};
+
+} // namespace KOVA::Quorvex

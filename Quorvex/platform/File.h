@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+// Seam: reading files at positions beyond 2 GiB, from several threads at once.
+
+namespace KOVA::Quorvex::platform {
+
+class InputFile {
+public:
+    InputFile() = default;
+    ~InputFile();
+    InputFile(const InputFile&) = delete;
+    InputFile& operator=(const InputFile&) = delete;
+
+    // path is in the encoding of the C library's fopen. Opening a directory succeeds where fopen's would, and reading
+    // it then fails.
+    bool Open(const char* path);
+    void Close();
+
+    // Length in bytes when the file was opened; -1 when it is not a regular file and so has no length to trust.
+    std::int64_t Size() const { return m_size; }
+
+    // Reads up to count bytes at offset and returns how many there were: fewer only at the end of the file or on a
+    // read error. May be called from several threads at once.
+    std::size_t ReadAt(std::int64_t offset, void* buffer, std::size_t count) const;
+
+private:
+    std::intptr_t m_handle = -1;
+    std::int64_t m_size = -1;
+};
+
+} // namespace KOVA::Quorvex::platform

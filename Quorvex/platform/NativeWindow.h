@@ -1,0 +1,50 @@
+#pragma once
+
+#include <Quorvex/core/Export.h>
+#include <Quorvex/platform/Handles.h>
+
+// For hosts: how native windows become window handles of the library, and how the library takes part in the host's
+// event loop. Everything here is called on the thread that calls Quorvex::Init.
+
+namespace KOVA::Quorvex {
+
+// Makes a handle for an X11 window that the host created, on any connection and with any toolkit. The library opens a
+// connection of its own to displayName (null: the DISPLAY variable) and listens there for exposure, size, visibility
+// and destruction; events that the host has selected still reach the host. The window stays the host's: when the host
+// destroys it, the handle receives WM_DESTROY and draws nothing any more, but stays valid until ReleaseWindow.
+// Attaching the same window again gives the same handle. Null when the display cannot be reached or has no such window,
+// or when the process already works with another display.
+//
+// The kind of the first window that Quorvex::Init gets decides for the whole process: after an X11 window both kinds
+// can be drawn to, after an off-screen window off-screen windows only.
+QUORVEX_API HWND AttachX11Window(unsigned long xid, const char* displayName);
+
+// Makes a window that is never shown, of 1 x 1 to 4096 x 4096 pixels; null for another size. Needs no display server.
+QUORVEX_API HWND CreateOffscreenWindow(int width, int height);
+
+// Changes the size of an off-screen window and delivers WM_SIZE. False, and nothing changed, for a size out of range
+// or another kind of window.
+QUORVEX_API bool ResizeOffscreenWindow(HWND window, int width, int height);
+
+// Gives the handle back. Release the render frames on the window first. The host's own window is left alone.
+QUORVEX_API void ReleaseWindow(HWND window);
+
+// A file descriptor that becomes readable when work waits for the library: a tick of its timer or events of its
+// windows. For poll, select or a toolkit's socket notifier; when it is readable, call ProcessEvents. Owned by the
+// library, -1 when the system has no descriptor to give.
+QUORVEX_API int EventDescriptor();
+
+// Delivers everything that waits: window events, and at most one tick of every timer, which may draw one pass of one
+// frame. Returns true when it delivered something. Call it whenever EventDescriptor is readable, and before the host
+// goes to sleep in its event loop.
+QUORVEX_API bool ProcessEvents();
+
+// While a quality pass is drawn the library delivers its own events; this callback lets the host deliver one of its
+// own too (a key or the mouse), so that input interrupts the pass. It returns true when it delivered an event, false
+// when none waits. Null switches it off. user is handed back as it is.
+QUORVEX_API void SetMessagePump(bool (*pump)(void* user), void* user);
+
+// Receives warnings (text and a caption, both UTF-8) that would otherwise go to standard error. Null restores that.
+QUORVEX_API void SetWarningHandler(void (*handler)(const char* caption, const char* text, void* user), void* user);
+
+} // namespace KOVA::Quorvex
