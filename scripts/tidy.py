@@ -1,0 +1,85 @@
+#!/usr/bin/env python3
+"""Runs clang-tidy over the project's sources, two at a time.
+
+A source that passed is not looked at again until something that clang-tidy sees of it changes: its text, a header of the
+project that it includes, its compile command, the checks, or the version of clang-tidy. What passed is remembered in
+<build>/tidy as empty files named by the hash of all that.
+"""
+import concurrent.futures
+import hashlib
+import json
+import pathlib
+import shlex
+import subprocess
+import sys
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+
+
+def dependencies(build):
+    """Object file -> the project's files that it was compiled from, as ninja recorded them."""
+    listing = subprocess.run(["ninja", "-C", build, "-t", "deps"], check=True, capture_output=True, text=True).stdout
+    result, current = {}, None
+    for line in listing.splitlines():
+        if line and not line[0].isspace():
+            current = result.setdefault(line.split(":")[0], [])
+        elif line:
+            path = (build / line.strip()).resolve()
+            if path.is_relative_to(ROOT) and not path.is_relative_to(build):
+                current.append(path)
+    return result
+
+
+def without_launcher(command):
+    words = shlex.split(command)
+    return words[1:] if pathlib.Path(words[0]).name == "ccache" else words
+
+
+def key(entry, files, version):
+    digest = hashlib.sha256(version.encode() + entry["command"].encode())
+    configurations = [folder / ".clang-tidy" for folder in pathlib.Path(entry["file"]).parents]
+    for path in sorted({*files, pathlib.Path(entry["file"]), *configurations}):
+        if path.is_file():
+            digest.update(str(path).encode() + b"\0" + path.read_bytes())
+    return digest.hexdigest()
+
+
+def main():
+    build = pathlib.Path(sys.argv[1]).resolve()
+    cache = build / "tidy"
+    cache.mkdir(exist_ok=True)
+    version = subprocess.run(["clang-tidy", "--version"], check=True, capture_output=True, text=True).stdout
+
+    entries = [entry for entry in json.loads((build / "compile_commands.json").read_text())
+               if pathlib.Path(entry["file"]).is_relative_to(ROOT)
+               and not pathlib.Path(entry["file"]).is_relative_to(build)]
+    for entry in entries:
+        entry["command"] = shlex.join(without_launcher(entry["command"]))
+    (cache / "compile_commands.json").write_text(json.dumps(entries))
+
+    objects = dependencies(build)
+    todo = {}
+    for entry in entries:
+        passed = cache / key(entry, objects.get(entry["output"], []), version)
+        if not passed.exists():
+            todo[entry["file"]] = passed
+
+    def check(item):
+        run = subprocess.run(["clang-tidy", "-p", cache, "--quiet", "--extra-arg=-Wno-unknown-warning-option", item[0]],
+                             capture_output=True, text=True)
+        return item, run
+
+    failed = 0
+    with concurrent.futures.ThreadPoolExecutor(max_workers=2) as pool:
+        for (source, passed), run in pool.map(check, todo.items()):
+            if run.returncode == 0:
+                passed.touch()
+            else:
+                failed += 1
+                print(run.stdout.strip() or run.stderr.strip(), flush=True)
+    print(f"clang-tidy: {len(entries)} sources, {len(todo)} looked at, {failed} with findings")
+    return 1 if failed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
