@@ -121,10 +121,17 @@ private:
     void init(unsigned int vertexCount, Vector3f* vertices, Vector3f* normals, float* colors,
               unsigned int colorComponents, unsigned int indexCount, unsigned int* indices, unsigned int mode);
     void CopyArrays(const MeshData& other);
+    void CopyBuffers(const MeshData& other);
     void FreeArrays();
+    void MeasureVertices();
+
+    // True unless the index buffer is a duplicate with fewer indices than there are.
+    bool IndexBufferIsComplete() const { return m_indexBuffer == 0 || m_indexBufferCount >= m_numIndices; }
+
     static void DeleteBuffer(unsigned int& buffer);
     static bool Upload(unsigned int target, unsigned int& buffer, const void* data, std::size_t bytes);
-    static unsigned int DuplicateBuffer(unsigned int target, unsigned int source, std::size_t bytes);
+    static unsigned int DuplicateBuffer(unsigned int target, unsigned int source, std::size_t newBytes,
+                                        std::size_t copiedBytes);
 
     unsigned int m_mode = 4;
     float* m_colorArray = nullptr;
@@ -142,7 +149,7 @@ private:
     unsigned int m_indexBuffer = 0;
     bool m_indexArrayExternal = false;
     unsigned int m_numIndices = 0;
-    bool m_indexBufferTruncated = false; // a duplicate that holds fewer indices than there are
+    unsigned int m_indexBufferCount = 0; // indices that the buffer holds
     bool m_madeByMesh = false;           // a mesh made this data for itself; meshes never delete it
 
     static bool s_bExtensions;

@@ -5,6 +5,8 @@
 namespace KOVA::Quorvex {
 
 class Mesh;
+class MeshAttribute;
+class MeshData;
 class RenderFrame;
 
 // Draws meshes with the fixed-function pipeline, from buffer objects when a mesh has them and from its arrays
@@ -26,7 +28,13 @@ public:
     static unsigned int s_XRayShaderInverseNormals;
 
 private:
-    friend class Quorvex;
+    static void BindBuffer(unsigned int target, unsigned int buffer);
+    static const void* BindArray(unsigned int buffer, const void* array);
+    static bool SetUpColors(const MeshData& data, bool wanted);
+    static void SetUpArrays(const MeshData& data);
+    static void DrawElements(const MeshData& data);
+    static void DrawInMode(const MeshData& data, const MeshAttribute& attribute, bool inverseNormals);
+
     static void (*glBindBufferARB)(unsigned int target, unsigned int buffer);
 };
 
