@@ -65,13 +65,15 @@ public:
     void SetModelviewViewer(const Vector3f& eye, const Vector3f& centre, const Vector3f& up);
 
     // Spherical look: the eye stands at eye and looks along the direction that the two angles (radians) give. At 0, 0
-    // it looks along the world's z axis, towards -z in a right-handed view and +z in a left-handed one, with y up;
-    // azimuth turns the head about the world's y axis to the viewer's right, elevation raises it.
+    // it looks along the world's z axis, towards -z in a right-handed view and +z in a left-handed one, with y up, so
+    // that the rotation is the identity. azimuth turns the head about the world's y axis to the viewer's right,
+    // elevation raises it; straight up and straight down are directions like any other.
     void SetModelviewViewer(const Vector3f& eye, float azimuth, float elevation);
 
-    // The object's counterpart: the world's origin stands at position in eye coordinates, and the object is turned by
-    // azimuth (radians) about its own y axis and then by elevation about the viewer's x axis, both counter-clockwise as
-    // seen from the axis' positive end in a right-handed view, clockwise in a left-handed one.
+    // The object's counterpart: the world's origin stands at position in eye coordinates, and the world is turned by
+    // azimuth (radians) about its own y axis and then by elevation about the viewer's x axis. In the picture a positive
+    // azimuth carries the near side to the right and a positive elevation tips the top towards the viewer, whatever the
+    // handedness: the rotations are counter-clockwise in right-handed coordinates, their inverses in left-handed ones.
     void SetModelviewObject(const Vector3f& position, float azimuth, float elevation);
 
     // The camera's right, up and depth axes in world coordinates: the rows of the modelview's rotation.
@@ -91,12 +93,14 @@ public:
     void TranslateWorld(const Vector3f& t);
     void TranslateViewer(const Vector3f& t);
 
-    // Turn the world about an axis through its origin: axis in x, y, z (any length but 0), angle in radians in w,
-    // counter-clockwise seen from the axis' end in right-handed coordinates. Full circles bring the view back.
+    // Turn the world about an axis through its origin: axis in x, y, z (any length), angle in radians in w,
+    // counter-clockwise seen from the axis' end in right-handed coordinates (the matrix is the same for both kinds of
+    // view). Full circles bring the view back. An axis of length 0 does not turn anything.
     void RotateWorld(const Vector4f& axisAngle);
 
     // Turns the camera about an axis of its own coordinate system (same convention) that runs through the point centre
-    // of the world; the centre keeps its place in the picture.
+    // of the world; the centre keeps its place in the picture. With the camera's position as the centre it looks
+    // around, with a point of the scene it orbits.
     void RotateViewer(const Vector4f& axisAngle, const Vector3f& centre);
 
     // Takes the drift of many small rotations off the modelview: the columns, then the rows of its rotation are brought
