@@ -103,6 +103,7 @@ template <class Function> void Take(Function*& pointer, const char* name) {
 PFNGLACTIVETEXTUREPROC EntryPoints::glActiveTexture = nullptr;
 PFNGLTEXIMAGE3DEXTPROC EntryPoints::glTexImage3DEXT = nullptr;
 PFNGLDELETEOBJECTARBPROC EntryPoints::glDeleteObjectARB = nullptr;
+PFNGLGETHANDLEARBPROC EntryPoints::glGetHandleARB = nullptr;
 PFNGLCREATESHADEROBJECTARBPROC EntryPoints::glCreateShaderObjectARB = nullptr;
 PFNGLSHADERSOURCEARBPROC EntryPoints::glShaderSourceARB = nullptr;
 PFNGLCOMPILESHADERARBPROC EntryPoints::glCompileShaderARB = nullptr;
@@ -143,6 +144,7 @@ void init3DTextureExtension() {
 void initShader() {
     LookUp(SHADER);
     Take(EntryPoints::glDeleteObjectARB, "glDeleteObjectARB");
+    Take(EntryPoints::glGetHandleARB, "glGetHandleARB");
     Take(EntryPoints::glCreateShaderObjectARB, "glCreateShaderObjectARB");
     Take(EntryPoints::glShaderSourceARB, "glShaderSourceARB");
     Take(EntryPoints::glCompileShaderARB, "glCompileShaderARB");

@@ -19,6 +19,7 @@ struct EntryPoints {
     static PFNGLTEXIMAGE3DEXTPROC glTexImage3DEXT;
 
     static PFNGLDELETEOBJECTARBPROC glDeleteObjectARB;
+    static PFNGLGETHANDLEARBPROC glGetHandleARB;
     static PFNGLCREATESHADEROBJECTARBPROC glCreateShaderObjectARB;
     static PFNGLSHADERSOURCEARBPROC glShaderSourceARB;
     static PFNGLCOMPILESHADERARBPROC glCompileShaderARB;

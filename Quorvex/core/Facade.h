@@ -9,6 +9,14 @@ namespace KOVA::Quorvex {
 
 class RenderFrame;
 
+// The bits of Quorvex::s_uiQXExtensions.
+enum Capability : unsigned int {
+    CAPABILITY_FRAME_BUFFER = 1, // off-screen targets: anti-aliasing, captures
+    CAPABILITY_BASE = 2,         // always
+    CAPABILITY_VOLUME = 4,       // volumes can be drawn
+    CAPABILITY_SHADER = 8        // shader programs
+};
+
 // What all frames of the process share: the main device context, the rendering contexts, the capabilities of the driver
 // and the scheduler that draws the frames. The host calls Init once before it makes frames, and Release at the end.
 //
@@ -33,7 +41,7 @@ public:
     // True when each of the names, separated by blanks, is a whole token of the driver's extension string.
     static bool CheckGLExtension(const char* names);
 
-    // True when all capability bits of the mask were found: 1 frame-buffer objects, 2 always, 4 volumes, 8 shaders.
+    // True when all capability bits of the mask were found (see Capability).
     static bool CheckQXExtension(unsigned int mask) { return (s_uiQXExtensions & mask) == mask; }
 
     // The driver's extension string; the names that one capability bit stands for, null for bits without.
@@ -61,6 +69,10 @@ public:
     static std::list<RenderFrame*> s_jobFast; // waiting for a fast pass, each frame at most once
     static std::list<RenderFrame*> s_jobQuality;
     static std::list<RenderFrame*> s_vRenderFrames; // every frame that was initialised and not released
+
+private:
+    static void DrawFastJob();
+    static void DrawQualityJob();
 };
 
 } // namespace KOVA::Quorvex

@@ -32,6 +32,10 @@ void UseProgram(unsigned int program) {
     }
 }
 
+unsigned int GetCurrentProgram() {
+    return EntryPoints::glGetHandleARB != nullptr ? EntryPoints::glGetHandleARB(GL_PROGRAM_OBJECT_ARB) : 0;
+}
+
 void DeleteProgram(unsigned int program) {
     if (EntryPoints::glDeleteObjectARB != nullptr) {
         EntryPoints::glDeleteObjectARB(program);

@@ -9,6 +9,7 @@ unsigned int BuildProgram(const char* vertexSource, const char* fragmentSource);
 
 // Makes a program current; 0 is the fixed-function pipeline. Nothing happens without the entry points.
 void UseProgram(unsigned int program);
+unsigned int GetCurrentProgram();
 
 void DeleteProgram(unsigned int program);
 

@@ -38,6 +38,10 @@ public:
     void BeginCapture();
     void EndCapture(); // binds the window
 
+    // The frame-buffer object that is drawn to now (0 is the window), and drawing to one that was asked for before.
+    static unsigned int GetBoundName();
+    static void BindName(unsigned int frameBuffer);
+
     bool BufferInit() const;
     bool IsInit() const;
     bool SupportsStencil() const { return m_stencil; }
@@ -51,7 +55,8 @@ public:
 
 private:
     struct Names;
-    bool Complete(unsigned int depthFormat, bool stencil);
+    bool AttachDepth(unsigned int format, bool stencil);
+    void AttachColorTexture();
 
     unsigned int m_width = 0;
     unsigned int m_height = 0;

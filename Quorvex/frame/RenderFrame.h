@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -151,19 +152,24 @@ public:
     static LRESULT WndProcRenderFrame(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
 private:
-    friend class Quorvex;
-
     struct Size {
         unsigned int width, height;
     };
-    Size InternalSize(unsigned int width, unsigned int height) const;
+
     bool OwnsWindow() const;
-    void LoadCamera(Size target) const;
+    Size InternalSize(unsigned int width, unsigned int height) const;
     void SetUpLight();
+    void LoadCamera(Size target) const;
     bool DrawMono(Size size, bool quality);
-    void Present(); // shows the last picture in the window, also while another frame is being drawn
-    bool ReadComposedPixels(std::vector<unsigned char>& rgba, unsigned int width, unsigned int height);
-    bool CaptureRgba(std::vector<unsigned char>& rgba, unsigned int width, unsigned int height);
+    void DrawLastPicture() const;
+
+    // Shows the last picture in the window; also while another frame is being drawn, which goes on undisturbed.
+    void Present();
+
+    // Draws a quality pass and reads it at the size asked for: 4 bytes (RGBA) a pixel, bottom row first. Empty on
+    // failure.
+    std::vector<unsigned char> CapturePicture(unsigned int width, unsigned int height);
+    std::vector<unsigned char> ReadComposedPicture(unsigned int width, unsigned int height) const;
 
     FrameBuffer m_leftBuffer;
     FrameBuffer m_rightBuffer;
@@ -192,7 +198,7 @@ private:
     Vector3f m_lightTransformed{0.0F, 0.0F, 0.0F};
     WNDPROC m_previousProcedure = nullptr;
     float m_progress = 0.0F;
-    unsigned int m_grayScaleProgram = 0;
+    std::shared_ptr<const unsigned int> m_grayScaleProgram; // program object, made at first use, shared by copies
     double m_counterFrequency;
     double m_passDuration = 0.0;
 };

@@ -1,0 +1,95 @@
+// Pictures to keep: a quality pass of any size, read back.
+
+#include <algorithm>
+
+#include <Quorvex/core/Facade.h>
+#include <Quorvex/core/OpenGL.h>
+#include <Quorvex/core/OutputFile.h>
+#include <Quorvex/frame/Bitmap.h>
+#include <Quorvex/frame/RenderFrame.h>
+#include <Quorvex/frame/Resample.h>
+
+namespace KOVA::Quorvex {
+
+namespace {
+
+constexpr float MAX_INTERNAL_SIZE = 4096.0F;
+
+// Lowers the anti-aliasing factor for the time of a capture so that neither side of the picture meets the limit of the
+// internal size: if only one did, the proportions would be lost when the picture is brought to its size.
+class FittedAntiAliasing {
+public:
+    FittedAntiAliasing(float& antiAliasing, unsigned int width, unsigned int height)
+        : m_antiAliasing(antiAliasing), m_original(antiAliasing) {
+        antiAliasing = std::min(antiAliasing, MAX_INTERNAL_SIZE / static_cast<float>(std::max(width, height)));
+    }
+    FittedAntiAliasing(const FittedAntiAliasing&) = delete;
+    FittedAntiAliasing& operator=(const FittedAntiAliasing&) = delete;
+    ~FittedAntiAliasing() { m_antiAliasing = m_original; }
+
+private:
+    float& m_antiAliasing;
+    float m_original;
+};
+
+} // namespace
+
+bool RenderFrame::RenderToBitmap(std::string path, unsigned int width, unsigned int height) {
+    if (width % 4 != 0) {
+        return false;
+    }
+    const std::vector<unsigned char> picture = CapturePicture(width, height);
+    if (picture.empty()) {
+        return false;
+    }
+    const std::vector<unsigned char> bitmap = EncodeBitmap(picture.data(), width, height);
+    OutputFile file;
+    return !bitmap.empty() && file.Open(path.c_str()) && file.Write(bitmap.data(), bitmap.size()) && file.Commit();
+}
+
+bool RenderFrame::RenderToPixels(std::vector<unsigned char>& pixels, unsigned int width, unsigned int height) {
+    const std::vector<unsigned char> picture = CapturePicture(width, height);
+    if (picture.empty()) {
+        return false;
+    }
+    pixels.resize(std::size_t{width} * height * 3);
+    unsigned char* out = pixels.data();
+    for (unsigned int row = height; row-- > 0;) {
+        const unsigned char* in = picture.data() + std::size_t{row} * width * 4;
+        for (unsigned int x = 0; x < width; ++x, in += 4, out += 3) {
+            std::copy_n(in, 3, out);
+        }
+    }
+    return true;
+}
+
+std::vector<unsigned char> RenderFrame::CapturePicture(unsigned int width, unsigned int height) {
+    if (width == 0 || height == 0 || !Quorvex::CheckQXExtension(CAPABILITY_FRAME_BUFFER)) {
+        return {};
+    }
+    const FittedAntiAliasing fitted(m_antiAliasing, width, height);
+    if (!Render(true, width, height)) {
+        Render(); // interrupted by something that wants to be seen
+        return {};
+    }
+    return ReadComposedPicture(width, height);
+}
+
+std::vector<unsigned char> RenderFrame::ReadComposedPicture(unsigned int width, unsigned int height) const {
+    if (!m_composedBuffer.BufferInit()) {
+        return {};
+    }
+    const unsigned int sourceWidth = m_composedBuffer.GetWidth();
+    const unsigned int sourceHeight = m_composedBuffer.GetHeight();
+    std::vector<unsigned char> picture(std::size_t{sourceWidth} * sourceHeight * 4);
+    glFinish(); // a read-back right after drawing may still see the picture before
+    m_composedBuffer.Begin();
+    glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_UNSIGNED_BYTE, picture.data());
+    glBindTexture(GL_TEXTURE_2D, 0);
+    if (sourceWidth == width && sourceHeight == height) {
+        return picture;
+    }
+    return Resample(picture.data(), sourceWidth, sourceHeight, 4, width, height);
+}
+
+} // namespace KOVA::Quorvex

@@ -1,0 +1,154 @@
+// One pass of a frame: light, target, background, camera, scene.
+
+#include <algorithm>
+#include <cassert>
+
+#include <Quorvex/core/Extensions.h>
+#include <Quorvex/core/Facade.h>
+#include <Quorvex/core/GlThread.h>
+#include <Quorvex/core/OpenGL.h>
+#include <Quorvex/frame/BusyFrames.h>
+#include <Quorvex/frame/NormalizedDevice.h>
+#include <Quorvex/frame/RenderFrame.h>
+#include <Quorvex/platform/Gl.h>
+#include <Quorvex/platform/Messages.h>
+#include <Quorvex/view/View.h>
+
+namespace KOVA::Quorvex {
+
+namespace {
+
+constexpr double MAX_INTERNAL_SIZE = 4096.0;
+
+unsigned int InternalExtent(unsigned int extent, double factor) {
+    const double scaled = extent * factor;
+    return scaled >= 1.0 ? static_cast<unsigned int>(std::min(scaled, MAX_INTERNAL_SIZE)) : 1;
+}
+
+// A flag that is set for the length of a pass, and the seconds that the pass took.
+class PassScope {
+public:
+    PassScope(bool& busy, double& duration, double frequency)
+        : m_busy(busy), m_duration(duration), m_frequency(frequency), m_start(platform::CounterNow()) {
+        m_busy = true;
+    }
+    PassScope(const PassScope&) = delete;
+    PassScope& operator=(const PassScope&) = delete;
+    ~PassScope() {
+        m_busy = false;
+        const auto ticks = static_cast<double>(platform::CounterNow() - m_start);
+        m_duration = m_frequency > 0.0 ? ticks / m_frequency : 0.0;
+    }
+
+private:
+    bool& m_busy;
+    double& m_duration;
+    double m_frequency;
+    std::int64_t m_start;
+};
+
+} // namespace
+
+bool RenderFrame::Render(bool quality, unsigned int width, unsigned int height) {
+    if (m_busy || FindBusyFrame() != nullptr) {
+        return false; // asked for from inside a pass: the context is taken
+    }
+    if (!platform::MakeCurrent(m_deviceContext, Quorvex::s_hRenderContext)) {
+        return false;
+    }
+    const bool finished = DrawGL(width, height, quality);
+    if (finished) {
+        platform::SwapWindowBuffers(m_deviceContext);
+    }
+    return finished;
+}
+
+RenderFrame::Size RenderFrame::InternalSize(unsigned int width, unsigned int height) const {
+    // Straight into the window there is one pixel for each.
+    const double factor = Quorvex::CheckQXExtension(CAPABILITY_FRAME_BUFFER) ? double{m_antiAliasing} : 1.0;
+    return {InternalExtent(width, factor), InternalExtent(height, factor)};
+}
+
+bool RenderFrame::DrawGL(unsigned int width, unsigned int height, bool quality) {
+    assert(IsGlThread());
+    if (m_view == nullptr) {
+        return true;
+    }
+    const Size size = InternalSize(width, height);
+    const bool offScreen = Quorvex::CheckQXExtension(CAPABILITY_FRAME_BUFFER);
+    m_progress = 0.0F;
+    m_objectsDone = 0.0F;
+    const PassScope pass(m_busy, m_passDuration, m_counterFrequency);
+
+    SetUpLight();
+    if (offScreen) {
+        m_composedBuffer.SetInternalResolution(size.width, size.height, GetNumObjects() > 0);
+    }
+    const bool finished = DrawMono(size, quality);
+    if (finished && offScreen) {
+        Display();
+    }
+    return finished;
+}
+
+void RenderFrame::SetUpLight() {
+    // The light is fixed to the eye; objects that shade in world coordinates want it turned back by the camera.
+    const double* m = m_view->GetModelviewMatrix();
+    const Vector3f& l = m_light;
+    m_lightTransformed = Vector3f(static_cast<float>(l.x * m[0] + l.y * m[1] + l.z * m[2]),
+                                  static_cast<float>(l.x * m[4] + l.y * m[5] + l.z * m[6]),
+                                  static_cast<float>(l.x * m[8] + l.y * m[9] + l.z * m[10]));
+
+    const float black[] = {0.0F, 0.0F, 0.0F, 1.0F};
+    const float white[] = {1.0F, 1.0F, 1.0F, 1.0F};
+    const float direction[] = {l.x, l.y, l.z, 0.0F};
+    glEnable(GL_LIGHT0);
+    glMatrixMode(GL_MODELVIEW);
+    glLoadIdentity();
+    glLightfv(GL_LIGHT0, GL_AMBIENT, black);
+    glLightfv(GL_LIGHT0, GL_DIFFUSE, white);
+    glLightfv(GL_LIGHT0, GL_SPECULAR, white);
+    CHECK_GL_ERROR();
+    glLightfv(GL_LIGHT0, GL_POSITION, direction);
+}
+
+void RenderFrame::LoadCamera(Size target) const {
+    double projection[16];
+    std::copy_n(m_view->GetProjectionMatrix(), 16, projection);
+    projection[5] *= static_cast<double>(target.width) / target.height;
+    glMatrixMode(GL_PROJECTION);
+    glLoadMatrixd(projection);
+    glMatrixMode(GL_MODELVIEW);
+    glLoadMatrixd(m_view->GetModelviewMatrix());
+}
+
+bool RenderFrame::DrawMono(Size size, bool quality) {
+    m_composedBuffer.BeginCapture();
+    glEnable(GL_DEPTH_TEST);
+    glViewport(0, 0, static_cast<GLsizei>(size.width), static_cast<GLsizei>(size.height));
+    glClear(GL_DEPTH_BUFFER_BIT); // the background covers the colours
+    DrawBackground();
+    LoadCamera(size);
+    const bool finished = ObjectTypes::Render(*this, quality);
+    m_composedBuffer.EndCapture();
+    return finished;
+}
+
+void RenderFrame::DrawBackground() {
+    const ColorRGBA& top = m_backgroundTop;
+    const ColorRGBA& bottom = m_backgroundBottom;
+    LoadNormalizedDeviceMatrices();
+    glDisable(GL_LIGHTING);
+    glDepthMask(GL_FALSE);
+    glBegin(GL_QUADS);
+    glColor3f(bottom.r, bottom.g, bottom.b);
+    glVertex2f(-1.0F, -1.0F);
+    glVertex2f(1.0F, -1.0F);
+    glColor3f(top.r, top.g, top.b);
+    glVertex2f(1.0F, 1.0F);
+    glVertex2f(-1.0F, 1.0F);
+    glEnd();
+    glDepthMask(GL_TRUE);
+}
+
+} // namespace KOVA::Quorvex

@@ -1,0 +1,194 @@
+#include <Quorvex/scene/ObjectTypes.h>
+
+#include <cstdint>
+#include <limits>
+
+#include <Quorvex/core/OpenGL.h>
+#include <Quorvex/mesh/Mesh.h>
+
+namespace KOVA::Quorvex {
+
+template <class T> unsigned int ObjectList<T>::s_nextId = 0;
+
+namespace {
+
+template <class T> T* AddTo(ObjectList<T>& list, const T& object, unsigned long* id) {
+    auto& element = list.Add(object);
+    if (id != nullptr) {
+        *id = element.id;
+    }
+    return &element.object;
+}
+
+// Places an object by its attribute's transform and translation while draw runs, and returns what draw returns.
+template <class Draw> bool DrawPlaced(const RenderObjectAttribute& attribute, const Draw& draw) {
+    const Vector3f translation = attribute.GetGlobalTranslation();
+    glPushMatrix();
+    glMultMatrixd(attribute.GetTransformRef());
+    glTranslatef(translation.x, translation.y, translation.z);
+    const bool goOn = draw();
+    glPopMatrix();
+    return goOn;
+}
+
+// The first name of the nearest record of a selection buffer, the earlier one on a tie; 0 when there is none. A record
+// is the number of names, the smallest and the largest depth, and the names.
+unsigned int NearestName(int hits, const unsigned int* record) {
+    unsigned int nearestDepth = std::numeric_limits<std::uint32_t>::max();
+    unsigned int name = 0;
+    for (int i = 0; i < hits; ++i) {
+        const unsigned int nameCount = record[0];
+        if (record[1] < nearestDepth) {
+            nearestDepth = record[1];
+            name = nameCount > 0 ? record[3] : 0;
+        }
+        record += 3 + std::size_t{nameCount};
+    }
+    return name;
+}
+
+// Grows the scene's box by an object that is not the first. The maximum looks at the object's minimum: that is how
+// hosts know this box, and cameras have been set up by it.
+void WidenAxis(float& low, float& high, float objectLow) {
+    low = low > objectLow ? objectLow : low;
+    high = objectLow > high ? objectLow : high;
+}
+
+} // namespace
+
+ObjectTypes::ObjectTypes() = default;
+ObjectTypes::ObjectTypes(const ObjectTypes& other) = default;
+ObjectTypes& ObjectTypes::operator=(const ObjectTypes& other) = default;
+ObjectTypes::~ObjectTypes() = default;
+
+Mesh* ObjectTypes::Add(const Mesh& mesh, unsigned long* id) {
+    return AddTo(m_meshes, mesh, id);
+}
+
+ObjectTypes* ObjectTypes::Add(const ObjectTypes& group, unsigned long* id) {
+    return AddTo(m_groups, group, id);
+}
+
+void ObjectTypes::Remove(const Mesh& mesh) {
+    m_meshes.RemoveFirst([&mesh](const Mesh& element) { return element == mesh; });
+}
+
+void ObjectTypes::Remove(const ObjectTypes& group) {
+    m_groups.RemoveFirst([&group](const ObjectTypes& element) { return element == group; });
+}
+
+void ObjectTypes::Clear() {
+    m_meshes.Clear();
+    m_groups.Clear();
+}
+
+void ObjectTypes::Clear(OBJECTTYPE type) {
+    if (type == MESH) {
+        m_meshes.Clear();
+    }
+}
+
+RenderObject* ObjectTypes::GetObjectByID(unsigned long id) {
+    for (auto& element : m_meshes) {
+        if (element.id == id) {
+            return &element.object;
+        }
+    }
+    return nullptr;
+}
+
+unsigned int ObjectTypes::GetNumObjects() const {
+    return 0; // meshes do not count here
+}
+
+Vector3f ObjectTypes::GetBB0() {
+    UpdateMetrics();
+    return m_BB0;
+}
+
+Vector3f ObjectTypes::GetBB1() {
+    UpdateMetrics();
+    return m_BB1;
+}
+
+Vector3f ObjectTypes::GetCenter() {
+    UpdateMetrics();
+    return m_center;
+}
+
+float ObjectTypes::GetRadius() {
+    UpdateMetrics();
+    return m_radius;
+}
+
+void ObjectTypes::UpdateMetrics() {
+    bool first = true;
+    const auto widenBy = [this, &first](const RenderObjectData& data) {
+        const Vector3f low = data.GetBB0();
+        if (first) {
+            m_BB0 = low;
+            m_BB1 = data.GetBB1();
+            first = false;
+            return;
+        }
+        WidenAxis(m_BB0.x, m_BB1.x, low.x);
+        WidenAxis(m_BB0.y, m_BB1.y, low.y);
+        WidenAxis(m_BB0.z, m_BB1.z, low.z);
+    };
+    for (const auto& element : m_meshes) {
+        widenBy(element.object.data_ref());
+    }
+    m_center = (m_BB0 + m_BB1) * 0.5F;
+    m_radius = 0.5F * Length(m_BB1 - m_BB0);
+}
+
+bool ObjectTypes::Render(RenderFrame& frame, bool quality) {
+    // A mesh that stops ends the meshes, not the pass.
+    RenderMeshes(frame, quality);
+    for (auto& element : m_groups) {
+        element.object.Render(frame, quality);
+    }
+    return true;
+}
+
+bool ObjectTypes::RenderMeshes(RenderFrame& frame, bool quality) {
+    glEnable(GL_NORMALIZE);
+    for (const auto& element : m_meshes) {
+        const Mesh& mesh = element.object;
+        if (mesh.GetAttribute().IsVisible() &&
+            !DrawPlaced(mesh.GetAttribute(), [&] { return mesh.Render(frame, quality); })) {
+            return false;
+        }
+    }
+    glDisable(GL_NORMALIZE);
+    return true;
+}
+
+void ObjectTypes::RenderWithNames(RenderFrame& frame) {
+    glInitNames();
+    glPushName(0);
+    GLuint name = 0;
+    for (const auto& element : m_meshes) {
+        const Mesh& mesh = element.object;
+        glLoadName(++name); // hidden ones too, so that the names of the others do not shift
+        if (mesh.GetAttribute().IsVisible()) {
+            DrawPlaced(mesh.GetAttribute(), [&] { return mesh.Render(frame, false); });
+        }
+    }
+}
+
+Mesh* ObjectTypes::RenderWithNamesGetResult(int hits, const unsigned int* buffer) {
+    const unsigned int name = NearestName(hits, buffer);
+    if (name == 0) {
+        return nullptr;
+    }
+    unsigned int counted = 0;
+    for (auto& element : m_meshes) {
+        if (++counted == name) {
+            return &element.object;
+        }
+    }
+    return nullptr;
+}
+
+} // namespace KOVA::Quorvex
