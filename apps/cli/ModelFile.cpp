@@ -1,0 +1,81 @@
+#include "ModelFile.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <memory>
+#include <new>
+
+#include <fmt/format.h>
+
+#include <Quorvex/mesh/MeshReader.h>
+
+#include "Failure.h"
+
+namespace KOVA::Quorvex::cli {
+
+namespace {
+
+using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
+
+File OpenForReading(const std::string& path) {
+    return {std::fopen(path.c_str(), "rb"), &std::fclose};
+}
+
+// Why the system does not let the file be read; empty when it does.
+std::string ReasonOfSystem(const std::string& path) {
+    std::error_code ignored;
+    if (std::filesystem::is_directory(path, ignored)) {
+        return "it is a folder";
+    }
+    errno = 0;
+    return OpenForReading(path) != nullptr ? std::string() : std::strerror(errno);
+}
+
+std::string ReasonOfReader(const std::string& path, MRError error) {
+    const std::string reason = ReasonOfSystem(path);
+    if (!reason.empty()) {
+        return reason;
+    }
+    std::error_code failed;
+    if (std::filesystem::file_size(path, failed) == 0 && !failed) {
+        return "the file is empty";
+    }
+    switch (error) {
+    case MR_OPEN_FAILED:
+        return "it cannot be opened";
+    case MR_UNSUPPORTED_FORMAT:
+        return "this kind of file is not supported";
+    default:
+        return "there are no triangles of an STL file in it";
+    }
+}
+
+} // namespace
+
+Mesh ReadModel(const std::string& path) {
+    try {
+        Mesh mesh = MeshReader::ReadSTLTolerant(path.c_str());
+        if (MeshReader::GetError() == MR_NO_ERROR) {
+            return mesh;
+        }
+    } catch (const std::bad_alloc&) {
+        throw Failure(fmt::format("cannot read '{}': there is not enough memory for it", path));
+    }
+    throw Failure(fmt::format("cannot read '{}': {}", path, ReasonOfReader(path, MeshReader::GetError())));
+}
+
+bool IsBinaryModel(const std::string& path) {
+    // Binary records hold zero bytes within the first triangle (its attribute) at the latest; no text does, whatever
+    // its encoding and whether or not a binary file's header begins with "solid".
+    std::array<char, 1024> start{};
+    const File file = OpenForReading(path);
+    const std::size_t count = file != nullptr ? std::fread(start.data(), 1, start.size(), file.get()) : 0;
+    return std::find(start.begin(), start.begin() + static_cast<std::ptrdiff_t>(count), '\0') !=
+           start.begin() + static_cast<std::ptrdiff_t>(count);
+}
+
+} // namespace KOVA::Quorvex::cli

@@ -1,0 +1,154 @@
+#include "RenderOptions.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <charconv>
+#include <cmath>
+#include <span>
+#include <stdexcept>
+
+#include <fmt/format.h>
+
+namespace KOVA::Quorvex::cli {
+
+namespace {
+
+template <class T> struct Choice {
+    std::string_view name;
+    T value;
+};
+
+constexpr std::array<Choice<Side>, 7> c_sides{{{"front", Side::Front},
+                                               {"back", Side::Back},
+                                               {"left", Side::Left},
+                                               {"right", Side::Right},
+                                               {"top", Side::Top},
+                                               {"bottom", Side::Bottom},
+                                               {"iso", Side::Iso}}};
+
+constexpr std::array<Choice<Projection>, 2> c_projections{
+    {{"perspective", Projection::Perspective}, {"orthogonal", Projection::Orthogonal}}};
+
+constexpr std::array<Choice<MeshAttribute::RenderMode>, 6> c_meshModes{
+    {{"surface", MeshAttribute::RENDER_SURFACE},
+     {"wireframe", MeshAttribute::RENDER_WIREFRAME},
+     {"surface-wireframe", MeshAttribute::RENDER_SURFACE_WIREFRAME},
+     {"hidden-line", MeshAttribute::RENDER_HIDDEN_LINE},
+     {"xray", MeshAttribute::RENDER_XRAY},
+     {"points", MeshAttribute::RENDER_POINTS}}};
+
+template <class T> std::string Names(std::span<const Choice<T>> choices, std::string_view separator) {
+    std::string names;
+    for (const Choice<T>& choice : choices) {
+        names += names.empty() ? "" : separator;
+        names += choice.name;
+    }
+    return names;
+}
+
+template <class T> T Parse(std::span<const Choice<T>> choices, std::string_view text) {
+    for (const Choice<T>& choice : choices) {
+        if (choice.name == text) {
+            return choice.value;
+        }
+    }
+    throw std::invalid_argument(fmt::format("'{}' is none of {}", text, Names(choices, ", ")));
+}
+
+// All of the text as a whole number; 0 when it is none (0 itself is never wanted here).
+unsigned int WholeNumber(std::string_view text) {
+    unsigned int value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    return error == std::errc() && end == text.data() + text.size() ? value : 0;
+}
+
+ColorRGBA ParseColor(std::string_view text) {
+    unsigned int value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value, 16);
+    if (text.size() != 6 || error != std::errc() || end != text.data() + text.size()) {
+        throw std::invalid_argument(fmt::format("'{}' is no colour of the form RRGGBB", text));
+    }
+    const auto channel = [value](unsigned int shift) { return static_cast<float>((value >> shift) & 0xFFU) / 255.0F; };
+    return {channel(16), channel(8), channel(0)};
+}
+
+std::string Lower(std::string_view text) {
+    std::string lower(text);
+    std::transform(lower.begin(), lower.end(), lower.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return lower;
+}
+
+} // namespace
+
+PictureSize ParseSize(std::string_view text) {
+    const std::size_t cross = text.find('x');
+    PictureSize size{0, 0};
+    if (cross != std::string_view::npos) {
+        size = {WholeNumber(text.substr(0, cross)), WholeNumber(text.substr(cross + 1))};
+    }
+    if (size.width == 0 || size.height == 0 || size.width > c_maxPictureSize || size.height > c_maxPictureSize) {
+        throw std::invalid_argument(
+            fmt::format("'{}' is no size of the form 800x600 with 1 to {} pixels each way", text, c_maxPictureSize));
+    }
+    return size;
+}
+
+double ParseNumber(std::string_view text, double low, double high) {
+    double value = 0.0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc() || end != text.data() + text.size() || !(value >= low && value <= high)) {
+        throw std::invalid_argument(fmt::format("'{}' is no number from {} to {}", text, low, high));
+    }
+    return value;
+}
+
+Background ParseBackground(std::string_view text) {
+    const std::size_t comma = text.find(',');
+    if (comma == std::string_view::npos) {
+        const ColorRGBA color = ParseColor(text);
+        return {color, color};
+    }
+    return {ParseColor(text.substr(0, comma)), ParseColor(text.substr(comma + 1))};
+}
+
+Side ParseSide(std::string_view text) {
+    return Parse<Side>(c_sides, text);
+}
+Projection ParseProjection(std::string_view text) {
+    return Parse<Projection>(c_projections, text);
+}
+MeshAttribute::RenderMode ParseMeshMode(std::string_view text) {
+    return Parse<MeshAttribute::RenderMode>(c_meshModes, text);
+}
+
+std::string SideNames() {
+    return Names<Side>(c_sides, "|");
+}
+std::string ProjectionNames() {
+    return Names<Projection>(c_projections, "|");
+}
+std::string MeshModeNames() {
+    return Names<MeshAttribute::RenderMode>(c_meshModes, "|");
+}
+
+PictureFormat FormatOf(std::string_view path) {
+    const std::string lower = Lower(path);
+    if (lower.ends_with(".bmp")) {
+        return PictureFormat::Bmp;
+    }
+    if (lower.ends_with(".png")) {
+        return PictureFormat::Png;
+    }
+    throw std::invalid_argument(fmt::format("'{}' ends neither in .bmp nor in .png", path));
+}
+
+void CheckTogether(const RenderOptions& options) {
+    if (FormatOf(options.output) == PictureFormat::Bmp && options.size.width % 4 != 0) {
+        throw std::invalid_argument(fmt::format(
+            "--size: the width of a BMP picture is a multiple of 4, not {}; a PNG takes any", options.size.width));
+    }
+}
+
+} // namespace KOVA::Quorvex::cli

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <Quorvex/core/Colors.h>
+#include <Quorvex/mesh/MeshAttribute.h>
+
+#include "Camera.h"
+
+// What `quorvex render` is told, and how the texts of the command line become numbers.
+
+namespace KOVA::Quorvex::cli {
+
+enum class PictureFormat { Bmp, Png };
+
+struct PictureSize {
+    unsigned int width = 800;
+    unsigned int height = 600;
+};
+
+// The colours of the picture's upper and lower edge.
+struct Background {
+    ColorRGBA top;
+    ColorRGBA bottom;
+};
+
+constexpr unsigned int c_maxPictureSize = 16384; // pixels each way
+
+struct RenderOptions {
+    std::vector<std::string> files;
+    std::string output;
+    PictureSize size;
+    Side side = Side::Iso;
+    Projection projection = Projection::Perspective;
+    double fovDegrees = 30.0;
+    double antiAliasing = 2.0;
+    Background background{};
+    bool backgroundGiven = false;
+    MeshAttribute::RenderMode meshMode = MeshAttribute::RENDER_SURFACE;
+    bool boundingBox = false;
+};
+
+// The parsers throw std::invalid_argument with a text that says what is wrong with the value.
+
+// "800x600", each from 1 to c_maxPictureSize.
+PictureSize ParseSize(std::string_view text);
+
+// A number from low to high. Not a number, an infinity and trailing characters are refused.
+double ParseNumber(std::string_view text, double low, double high);
+
+// "RRGGBB" for one colour all over, "RRGGBB,RRGGBB" for top and bottom, in hexadecimal digits.
+Background ParseBackground(std::string_view text);
+
+Side ParseSide(std::string_view text);
+Projection ParseProjection(std::string_view text);
+MeshAttribute::RenderMode ParseMeshMode(std::string_view text);
+
+// By the ending of the name, in any case.
+PictureFormat FormatOf(std::string_view path);
+
+// The words that the parser above takes, as "front|back|..." for help texts.
+std::string SideNames();
+std::string ProjectionNames();
+std::string MeshModeNames();
+
+// Options that are right on their own but not together; throws std::invalid_argument.
+void CheckTogether(const RenderOptions& options);
+
+} // namespace KOVA::Quorvex::cli

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <Quorvex/mesh/Mesh.h>
+
+#include "Camera.h"
+
+namespace KOVA::Quorvex::cli {
+
+class ProgressBar;
+
+// The models of one picture, read and brought to one size: centred on the origin with the corners of their common box
+// at distance 1. So the numbers that OpenGL calculates with are of the same magnitude for a crystal in micrometres and
+// for a plant far away from the origin of its coordinates.
+struct Scene {
+    std::vector<Mesh> meshes; // each file in a colour of its own
+    Box box;                  // the true union; radius 1, or 0 when all there is is one point
+};
+
+// Throws Failure when a file cannot be read or has nothing that could be drawn.
+Scene LoadScene(const std::vector<std::string>& files, ProgressBar& progress);
+
+} // namespace KOVA::Quorvex::cli

@@ -1,0 +1,169 @@
+#include "Studio.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+
+#include <fmt/format.h>
+
+#include <Quorvex/core/Facade.h>
+
+#include "Failure.h"
+
+namespace KOVA::Quorvex::cli {
+
+namespace {
+
+// The library draws at most this many pixels each way and resamples.
+constexpr double c_maxDrawnSize = 4096.0;
+
+// Smooth metal: highlights that are small enough to show the shape.
+constexpr float c_shininess = 30.0F;
+constexpr float c_specularity = 0.25F;
+
+constexpr ColorRGBA c_boxColor{1.0F, 0.55F, 0.1F};
+
+// Lines and points are as wide as they would be without anti-aliasing.
+float LineWidth(const RenderOptions& options) {
+    const double points = options.meshMode == MeshAttribute::RENDER_POINTS ? 1.5 : 1.0;
+    return static_cast<float>(std::max(1.0, points * options.antiAliasing));
+}
+
+Background BackgroundOf(const RenderOptions& options) {
+    if (options.backgroundGiven) {
+        return options.background;
+    }
+    // X-ray pictures add light to the background: the darker it is, the more they can show.
+    if (options.meshMode == MeshAttribute::RENDER_XRAY) {
+        return {{0.0F, 0.0F, 0.0F}, {0.0F, 0.0F, 0.0F}};
+    }
+    return {{0.16F, 0.20F, 0.30F}, {0.62F, 0.67F, 0.75F}};
+}
+
+double Brightness(const Background& background) {
+    return static_cast<double>(std::max({background.top.r, background.top.g, background.top.b, background.bottom.r,
+                                         background.bottom.g, background.bottom.b}));
+}
+
+} // namespace
+
+Studio::Studio(const OffscreenSession& session, const Scene& scene, const RenderOptions& options)
+    : m_options(options), m_box(scene.box) {
+    if (!m_frame.Init(session.Window(), &m_view)) {
+        throw Failure("the off-screen window cannot be drawn to");
+    }
+    if (!Quorvex::CheckQXExtension(1)) {
+        throw Failure("this OpenGL driver cannot draw pictures off screen (GL_EXT_framebuffer_object is missing)");
+    }
+    m_frame.SetLight({0.0F, 0.0F, 1.0F}); // from the viewer, in right-handed views
+    const Background background = BackgroundOf(options);
+    m_frame.SetBackgroundColor(background.top, background.bottom);
+    SetAntiAliasing(options.size, options.antiAliasing);
+
+    for (const Mesh& source : scene.meshes) {
+        Mesh* mesh = m_frame.Add(source);
+        MeshAttribute& attribute = mesh->GetAttribute();
+        attribute.SetRenderMode(options.meshMode);
+        attribute.SetLineWidth(LineWidth(options));
+        attribute.SetShininess(c_shininess);
+        attribute.SetSpecularity(c_specularity);
+        if (options.boundingBox) {
+            attribute.ShowBoundingBox();
+            attribute.SetBoundingBoxColor(c_boxColor);
+        }
+        mesh->GetData().Update(STORAGE_VBO);
+        m_meshes.push_back(mesh);
+    }
+    if (options.boundingBox) {
+        m_box = m_box.Enlarged(static_cast<double>(RenderObjectAttribute::GetBoundingBoxRescale()));
+    }
+    SetScale(1.0);
+    if (options.meshMode == MeshAttribute::RENDER_XRAY) {
+        ExposeXRay();
+    }
+}
+
+std::vector<unsigned char> Studio::Draw() {
+    std::vector<unsigned char> pixels;
+    if (!m_frame.RenderToPixels(pixels, m_options.size.width, m_options.size.height)) {
+        throw Failure(fmt::format("a picture of {} x {} pixels cannot be drawn on this system", m_options.size.width,
+                                  m_options.size.height));
+    }
+    return pixels;
+}
+
+void Studio::DrawToBitmap(const std::string& path) {
+    if (!m_frame.RenderToBitmap(path, m_options.size.width, m_options.size.height)) {
+        throw Failure(fmt::format("cannot write '{}': the picture could not be written in full", path));
+    }
+}
+
+// Camera and objects together, so that the picture stays the same: only depths in eye space change.
+void Studio::SetScale(double scale) {
+    for (Mesh* mesh : m_meshes) {
+        Matrix44d& transform = mesh->GetAttribute().GetTransformRef();
+        transform.SetIdentity();
+        const auto s = static_cast<float>(scale);
+        transform.Scale({s, s, s});
+    }
+    const double aspect = static_cast<double>(m_options.size.width) / static_cast<double>(m_options.size.height);
+    Load(FitCamera(m_box.Scaled(scale), {m_options.side, m_options.projection, m_options.fovDegrees, aspect}), m_view);
+}
+
+void Studio::SetAntiAliasing(PictureSize size, double factor) {
+    // Limited for both directions alike: if only the longer one were cut off, the proportions would change.
+    const double longer = std::max(size.width, size.height);
+    const double shorter = std::min(size.width, size.height);
+    m_frame.SetAntiAliasing(static_cast<float>(std::max(std::min(factor, c_maxDrawnSize / longer), 1.0 / shorter)));
+}
+
+// Every surface that faces the viewer adds a quarter of its depth in eye space to the grey level. How many surfaces lie
+// behind each other differs from part to part, so a small underexposed picture is measured first.
+void Studio::ExposeXRay() {
+    constexpr double underexposed = 0.04; // of the scale at which the scene's radius is 1
+    constexpr double wanted = 0.92;       // of what the background leaves
+    constexpr double longest = 512.0;     // pixels of the small picture
+
+    SetScale(underexposed);
+    m_frame.SetBackgroundColor(ColorRGBA{0.0F, 0.0F, 0.0F});
+    const PictureSize& full = m_options.size;
+    const double factor = std::min(1.0, longest / std::max(full.width, full.height));
+    const auto reduced = [factor](unsigned int pixels) {
+        return std::max(1U, static_cast<unsigned int>(std::lround(pixels * factor)));
+    };
+    const PictureSize sample{reduced(full.width), reduced(full.height)};
+    SetAntiAliasing(sample, 1.0);
+    std::vector<unsigned char> pixels;
+    const bool drawn = m_frame.RenderToPixels(pixels, sample.width, sample.height);
+
+    const Background background = BackgroundOf(m_options);
+    m_frame.SetBackgroundColor(background.top, background.bottom);
+    SetAntiAliasing(full, m_options.antiAliasing);
+    const double level = drawn ? BrightLevel(pixels) : 0.0;
+    SetScale(ExposedScale(underexposed, level, wanted * (1.0 - Brightness(background))));
+}
+
+double ExposedScale(double scale, double measured, double wanted) {
+    // A white background leaves nothing to show; something is drawn all the same.
+    return measured > 0.0 ? scale * std::max(wanted, 0.1) / measured : 1.0;
+}
+
+double BrightLevel(const std::vector<unsigned char>& rgb) {
+    std::array<std::uint64_t, 256> counts{};
+    std::uint64_t lit = 0;
+    for (std::size_t i = 0; i < rgb.size(); i += 3) {
+        ++counts[rgb[i]];
+        lit += rgb[i] != 0 ? 1U : 0U;
+    }
+    std::uint64_t above = 0;
+    for (std::size_t level = 255; level > 0; --level) {
+        above += counts[level];
+        if (above * 1000 > lit) {
+            return static_cast<double>(level) / 255.0;
+        }
+    }
+    return 0.0;
+}
+
+} // namespace KOVA::Quorvex::cli

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <vector>
+
+#include <Quorvex/frame/RenderFrame.h>
+#include <Quorvex/view/View.h>
+
+#include "OffscreenSession.h"
+#include "RenderOptions.h"
+#include "Scene.h"
+
+namespace KOVA::Quorvex::cli {
+
+// A scene in front of a camera, ready to be drawn to pictures.
+class Studio {
+public:
+    // Uploads the scene. Throws Failure when the frame cannot be set up.
+    Studio(const OffscreenSession& session, const Scene& scene, const RenderOptions& options);
+
+    // Rows from the top, 3 bytes (R, G, B) a pixel. Throws Failure when the picture cannot be drawn.
+    std::vector<unsigned char> Draw();
+
+    // The same as a BMP file.
+    void DrawToBitmap(const std::string& path);
+
+private:
+    void SetScale(double scale);
+    void SetAntiAliasing(PictureSize size, double factor);
+    void ExposeXRay();
+
+    const RenderOptions& m_options;
+    Box m_box; // what has to be in the picture
+    View m_view;
+    RenderFrame m_frame;
+    std::vector<Mesh*> m_meshes; // in the frame
+};
+
+// The factor by which an X-ray scene is enlarged so that its brightest spots come out at the wanted level, when they
+// were measured at another level and factor. Grey levels from 0 to 1.
+double ExposedScale(double scale, double measured, double wanted);
+
+// The grey level (0..1) that is exceeded by no more than one in a thousand of the pixels that are not black; 0 for a
+// black picture.
+double BrightLevel(const std::vector<unsigned char>& rgb);
+
+} // namespace KOVA::Quorvex::cli
