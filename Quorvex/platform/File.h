@@ -2,8 +2,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 
-// Seam: reading files at positions beyond 2 GiB, from several threads at once.
+// Seam: reading files at positions beyond 2 GiB, from several threads at once, and making files that are new for sure.
 
 namespace KOVA::Quorvex::platform {
 
@@ -15,7 +16,7 @@ public:
     InputFile& operator=(const InputFile&) = delete;
 
     // path is in the encoding of the C library's fopen. Opening a directory succeeds where fopen's would, and reading
-    // it then fails.
+    // it then fails. A pipe is not waited for.
     bool Open(const char* path);
     void Close();
 
@@ -30,5 +31,9 @@ private:
     std::intptr_t m_handle = -1;
     std::int64_t m_size = -1;
 };
+
+// Opens a file for binary writing that this call makes. Null, with the reason in errno, when there is something of that
+// name already (EEXIST) or no file can be made.
+std::FILE* CreateNewFile(const char* path);
 
 } // namespace KOVA::Quorvex::platform
