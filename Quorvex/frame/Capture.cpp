@@ -64,7 +64,7 @@ bool RenderFrame::RenderToPixels(std::vector<unsigned char>& pixels, unsigned in
 }
 
 std::vector<unsigned char> RenderFrame::CapturePicture(unsigned int width, unsigned int height) {
-    if (width == 0 || height == 0 || !Quorvex::CheckQXExtension(CAPABILITY_FRAME_BUFFER)) {
+    if (m_view == nullptr || width == 0 || height == 0 || !Quorvex::CheckQXExtension(CAPABILITY_FRAME_BUFFER)) {
         return {};
     }
     const FittedAntiAliasing fitted(m_antiAliasing, width, height);

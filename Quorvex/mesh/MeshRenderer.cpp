@@ -19,8 +19,6 @@ void (*MeshRenderer::glBindBufferARB)(unsigned int, unsigned int) = nullptr;
 
 namespace {
 
-constexpr unsigned int SHADER_CAPABILITY = 8;
-
 void SetClientState(GLenum state, bool enabled) {
     if (enabled) {
         glEnableClientState(state);
@@ -132,7 +130,7 @@ template <class Draw> void DrawPoints(float size, const Draw& draw) {
 
 // A mode that the driver cannot draw is replaced by the filled surface.
 MeshAttribute::RenderMode SupportedMode(MeshAttribute::RenderMode mode) {
-    const bool possible = mode != MeshAttribute::RENDER_XRAY || Quorvex::CheckQXExtension(SHADER_CAPABILITY);
+    const bool possible = mode != MeshAttribute::RENDER_XRAY || Quorvex::CheckQXExtension(CAPABILITY_SHADER);
     return possible ? mode : MeshAttribute::RENDER_SURFACE;
 }
 

@@ -3,8 +3,11 @@
 #include <cstdint>
 #include <limits>
 
+#include <Quorvex/core/Facade.h>
 #include <Quorvex/core/OpenGL.h>
+#include <Quorvex/frame/RenderFrame.h>
 #include <Quorvex/mesh/Mesh.h>
+#include <Quorvex/platform/Messages.h>
 
 namespace KOVA::Quorvex {
 
@@ -20,16 +23,45 @@ template <class T> T* AddTo(ObjectList<T>& list, const T& object, unsigned long*
     return &element.object;
 }
 
-// Places an object by its attribute's transform and translation while draw runs, and returns what draw returns.
-template <class Draw> bool DrawPlaced(const RenderObjectAttribute& attribute, const Draw& draw) {
+// Draws a visible mesh in its place; false when it could not be drawn to its end.
+bool DrawMesh(RenderFrame& frame, const Mesh& mesh, bool quality) {
+    const MeshAttribute& attribute = mesh.GetAttribute();
+    if (!attribute.IsVisible()) {
+        return true;
+    }
     const Vector3f translation = attribute.GetGlobalTranslation();
     glPushMatrix();
     glMultMatrixd(attribute.GetTransformRef());
     glTranslatef(translation.x, translation.y, translation.z);
-    const bool goOn = draw();
+    const bool drawn = mesh.Render(frame, quality);
     glPopMatrix();
-    return goOn;
+    return drawn;
 }
+
+// Lets input through between the meshes of a quality pass, but not for every small one: looking costs system calls.
+class InputPoll {
+public:
+    InputPoll(RenderFrame& frame, bool quality)
+        : m_frame(frame), m_quality(quality), m_interval(platform::CounterFrequency() * 0.005),
+          m_last(platform::CounterNow()) {}
+
+    bool StopRequested() {
+        if (!m_quality || static_cast<double>(platform::CounterNow() - m_last) < m_interval) {
+            return false;
+        }
+        const bool stop = m_frame.Progress(0.0F);
+        m_last = platform::CounterNow();
+        return stop;
+    }
+
+    static bool IsStopping(const RenderFrame& frame) { return Quorvex::BreakRendering() || frame.IsAborted(); }
+
+private:
+    RenderFrame& m_frame;
+    bool m_quality;
+    double m_interval; // ticks
+    std::int64_t m_last;
+};
 
 // The first name of the nearest record of a selection buffer, the earlier one on a tie; 0 when there is none. A record
 // is the number of names, the smallest and the largest depth, and the names.
@@ -89,9 +121,9 @@ void ObjectTypes::Clear(OBJECTTYPE type) {
 }
 
 RenderObject* ObjectTypes::GetObjectByID(unsigned long id) {
-    for (auto& element : m_meshes) {
-        if (element.id == id) {
-            return &element.object;
+    for (const auto& element : m_meshes.All()) {
+        if (element->id == id) {
+            return &element->object;
         }
     }
     return nullptr;
@@ -135,28 +167,38 @@ void ObjectTypes::UpdateMetrics() {
         WidenAxis(m_BB0.y, m_BB1.y, low.y);
         WidenAxis(m_BB0.z, m_BB1.z, low.z);
     };
-    for (const auto& element : m_meshes) {
-        widenBy(element.object.data_ref());
+    for (const auto& element : m_meshes.All()) {
+        widenBy(element->object.data_ref());
     }
     m_center = (m_BB0 + m_BB1) * 0.5F;
     m_radius = 0.5F * Length(m_BB1 - m_BB0);
 }
 
 bool ObjectTypes::Render(RenderFrame& frame, bool quality) {
-    // A mesh that stops ends the meshes, not the pass.
-    RenderMeshes(frame, quality);
-    for (auto& element : m_groups) {
-        element.object.Render(frame, quality);
+    glEnable(GL_NORMALIZE);
+    InputPoll input(frame, quality);
+    for (const auto& element : m_meshes.Snapshot()) {
+        // A mesh that cannot be drawn to its end is the last one, but does not end the pass.
+        if (!DrawMesh(frame, element->object, quality)) {
+            break;
+        }
+        if (input.StopRequested()) {
+            return false;
+        }
+    }
+    glDisable(GL_NORMALIZE);
+    for (const auto& element : m_groups.Snapshot()) {
+        if (!element->object.Render(frame, quality) && InputPoll::IsStopping(frame)) {
+            return false;
+        }
     }
     return true;
 }
 
 bool ObjectTypes::RenderMeshes(RenderFrame& frame, bool quality) {
     glEnable(GL_NORMALIZE);
-    for (const auto& element : m_meshes) {
-        const Mesh& mesh = element.object;
-        if (mesh.GetAttribute().IsVisible() &&
-            !DrawPlaced(mesh.GetAttribute(), [&] { return mesh.Render(frame, quality); })) {
+    for (const auto& element : m_meshes.Snapshot()) {
+        if (!DrawMesh(frame, element->object, quality)) {
             return false;
         }
     }
@@ -168,27 +210,18 @@ void ObjectTypes::RenderWithNames(RenderFrame& frame) {
     glInitNames();
     glPushName(0);
     GLuint name = 0;
-    for (const auto& element : m_meshes) {
-        const Mesh& mesh = element.object;
+    for (const auto& element : m_meshes.All()) {
         glLoadName(++name); // hidden ones too, so that the names of the others do not shift
-        if (mesh.GetAttribute().IsVisible()) {
-            DrawPlaced(mesh.GetAttribute(), [&] { return mesh.Render(frame, false); });
-        }
+        DrawMesh(frame, element->object, false);
     }
 }
 
 Mesh* ObjectTypes::RenderWithNamesGetResult(int hits, const unsigned int* buffer) {
     const unsigned int name = NearestName(hits, buffer);
-    if (name == 0) {
+    if (name == 0 || name > m_meshes.Count()) {
         return nullptr;
     }
-    unsigned int counted = 0;
-    for (auto& element : m_meshes) {
-        if (++counted == name) {
-            return &element.object;
-        }
-    }
-    return nullptr;
+    return &m_meshes.All()[name - 1]->object;
 }
 
 } // namespace KOVA::Quorvex
