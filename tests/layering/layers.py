@@ -118,7 +118,7 @@ def main():
     root = pathlib.Path(sys.argv[1])
     public = sys.argv[2:]
     library = read(root / "Quorvex", root / "Quorvex")
-    hosts = {name: text for folder in ("apps", "bench", "data", "examples", "tests/package/consumer")
+    hosts = {name: text for folder in ("apps", "data", "examples", "tests/package/consumer")
              for name, text in read(root / folder, root).items()}
     problems = check_library(library, public) + check_hosts(hosts, public)
     print("\n".join(problems))

@@ -57,7 +57,7 @@ class Library(unittest.TestCase):
     def test_hosts_use_public_headers_only(self):
         sound = {"apps/cli/Main.cpp": "#include <Quorvex/Quorvex.h>\n#include <fmt/core.h>\n"}
         self.assertEqual(layers.check_hosts(sound, PUBLIC), [])
-        self.assertEqual(len(layers.check_hosts({"bench/B.cpp": "#include <Quorvex/mesh/Secret.h>\n"}, PUBLIC)), 1)
+        self.assertEqual(len(layers.check_hosts({"examples/B.cpp": "#include <Quorvex/mesh/Secret.h>\n"}, PUBLIC)), 1)
 
 
 if __name__ == "__main__":

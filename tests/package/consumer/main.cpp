@@ -18,8 +18,8 @@ int main(int argc, char** argv) {
     }
 
     View view;
-    view.SetModelviewViewer({0.0F, 0.0F, 5.0F}, {0.0F, 0.0F, 0.0F}, {0.0F, 1.0F, 0.0F});
     view.SetProjectionOrthogonalRH(-2.0, 2.0, -2.0, 2.0, 1.0, 10.0);
+    view.SetModelviewViewer({0.0F, 0.0F, 5.0F}, {0.0F, 0.0F, 0.0F}, {0.0F, 1.0F, 0.0F});
 
     bool written = false;
     {
