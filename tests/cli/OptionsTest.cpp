@@ -1,0 +1,87 @@
+#include <cli/RenderOptions.h>
+
+#include <stdexcept>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cli/Studio.h>
+
+namespace KOVA::Quorvex::cli {
+namespace {
+
+TEST(OptionsTest, Sizes) {
+    EXPECT_EQ(ParseSize("640x480").width, 640U);
+    EXPECT_EQ(ParseSize("640x480").height, 480U);
+    EXPECT_EQ(ParseSize("1x16384").height, 16384U);
+    for (const char* wrong : {"", "x", "640", "640x", "x480", "0x480", "640x0", "16385x1", "1x16385", "-4x4", "4x4x4",
+                              "4 x4", "+4x4", "4.5x4", "99999999999x4", "640X480"}) {
+        EXPECT_THROW(ParseSize(wrong), std::invalid_argument) << wrong;
+    }
+}
+
+TEST(OptionsTest, Numbers) {
+    EXPECT_DOUBLE_EQ(ParseNumber("1.5", 1, 8), 1.5);
+    EXPECT_DOUBLE_EQ(ParseNumber("8", 1, 8), 8.0);
+    for (const char* wrong : {"", "0.99", "8.01", "nan", "inf", "2,5", "2 ", " 2", "two", "2f"}) {
+        EXPECT_THROW(ParseNumber(wrong, 1, 8), std::invalid_argument) << wrong;
+    }
+}
+
+TEST(OptionsTest, Backgrounds) {
+    const Background one = ParseBackground("ff8000");
+    EXPECT_EQ(one.top, ColorRGBA(1.0F, 128.0F / 255.0F, 0.0F));
+    EXPECT_EQ(one.bottom, one.top);
+    const Background two = ParseBackground("000000,0000FF");
+    EXPECT_EQ(two.top, ColorRGBA(0.0F, 0.0F, 0.0F));
+    EXPECT_EQ(two.bottom, ColorRGBA(0.0F, 0.0F, 1.0F));
+    for (const char* wrong : {"", "fff", "ff80000", "gg0000", "#ff8000", "ff8000,", ",ff8000", "-f8000", "0xff80",
+                              "000000,111111,222222"}) {
+        EXPECT_THROW(ParseBackground(wrong), std::invalid_argument) << wrong;
+    }
+}
+
+TEST(OptionsTest, NamesAndEndings) {
+    EXPECT_EQ(ParseSide("bottom"), Side::Bottom);
+    EXPECT_EQ(ParseProjection("orthogonal"), Projection::Orthogonal);
+    EXPECT_EQ(ParseMeshMode("hidden-line"), MeshAttribute::RENDER_HIDDEN_LINE);
+    EXPECT_THROW(ParseSide("Front"), std::invalid_argument);
+    EXPECT_THROW(ParseMeshMode(""), std::invalid_argument);
+    try {
+        ParseProjection("fish");
+        FAIL();
+    } catch (const std::invalid_argument& error) {
+        EXPECT_STREQ(error.what(), "'fish' is none of perspective, orthogonal");
+    }
+    EXPECT_EQ(FormatOf("a.png.BMP"), PictureFormat::Bmp);
+    EXPECT_EQ(FormatOf("a.Png"), PictureFormat::Png);
+    EXPECT_THROW(FormatOf("a.jpg"), std::invalid_argument);
+    EXPECT_THROW(FormatOf("png"), std::invalid_argument);
+}
+
+TEST(OptionsTest, BitmapsHaveWidthsOfWholeFours) {
+    RenderOptions options;
+    options.output = "a.bmp";
+    options.size = {802, 600};
+    EXPECT_THROW(CheckTogether(options), std::invalid_argument);
+    options.size = {804, 601};
+    EXPECT_NO_THROW(CheckTogether(options));
+    options.output = "a.png";
+    options.size = {801, 1};
+    EXPECT_NO_THROW(CheckTogether(options));
+}
+
+TEST(ExposureTest, TheBrightLevelLeavesOutAFewSpecks) {
+    std::vector<unsigned char> pixels(3 * 5000, 0);
+    EXPECT_EQ(BrightLevel(pixels), 0.0);
+    std::fill(pixels.begin(), pixels.begin() + 3 * 4000, static_cast<unsigned char>(51));
+    EXPECT_DOUBLE_EQ(BrightLevel(pixels), 0.2);
+    std::fill(pixels.begin(), pixels.begin() + 3 * 4, static_cast<unsigned char>(255));
+    EXPECT_DOUBLE_EQ(BrightLevel(pixels), 0.2) << "one in a thousand of those that are lit";
+    std::fill(pixels.begin(), pixels.begin() + 3 * 5, static_cast<unsigned char>(255));
+    EXPECT_DOUBLE_EQ(BrightLevel(pixels), 1.0);
+    EXPECT_DOUBLE_EQ(ExposedScale(0.5, 0.2, 0.8), 2.0);
+}
+
+} // namespace
+} // namespace KOVA::Quorvex::cli
