@@ -115,6 +115,9 @@ void SwapWindowBuffers(HDC deviceContext) {
     }
     const X11Call call;
     eglSwapBuffers(CurrentEglDisplay()->display, deviceContext->window->surface);
+    if (X11Display() != nullptr) {
+        XFlush(X11Display()); // a small picture may still be in the connection's buffer
+    }
 }
 
 // For a name that it does not know the look-up answers with an entry point that does nothing; the OpenGL library itself

@@ -30,13 +30,17 @@ Window CreateChild(Display* display, Window parent, const XWindowAttributes& par
     return child;
 }
 
-WindowRecord* FindRecord(Window window) {
+} // namespace
+
+WindowRecord* FindX11Window(unsigned long window) {
     const auto& records = WindowRecords();
     const auto found = std::find_if(records.begin(), records.end(), [window](const WindowRecord* record) {
         return record->kind == WindowKind::X11 && !record->gone && (record->xid == window || record->child == window);
     });
     return found != records.end() ? *found : nullptr;
 }
+
+namespace {
 
 void NoteShape(WindowRecord* record, const XConfigureEvent& event) {
     if (event.window != record->xid) {
@@ -51,7 +55,7 @@ void NoteShape(WindowRecord* record, const XConfigureEvent& event) {
 }
 
 void NoteEvent(const XEvent& event) {
-    WindowRecord* record = FindRecord(event.xany.window);
+    WindowRecord* record = FindX11Window(event.xany.window);
     if (record == nullptr) {
         return;
     }
@@ -97,42 +101,6 @@ void DeliverNoted(WindowRecord* record) {
         record->exposed = false;
         Deliver(record, WM_PAINT);
     }
-}
-
-// 0 above the root window, and when the window does not exist.
-Window ParentOf(Window window) {
-    Window root = 0;
-    Window parent = 0;
-    Window* children = nullptr;
-    unsigned int count = 0;
-    if (XQueryTree(X11Display(), window, &root, &parent, &children, &count) == 0) {
-        return 0;
-    }
-    if (children != nullptr) {
-        XFree(children);
-    }
-    return parent != root ? parent : 0;
-}
-
-// Toolkits give the focus to a tiny invisible child of the window that is meant.
-Window WithoutProxy(Window window) {
-    Window root = 0;
-    int x = 0;
-    int y = 0;
-    unsigned int width = 0;
-    unsigned int height = 0;
-    unsigned int border = 0;
-    unsigned int depth = 0;
-    const bool known = XGetGeometry(X11Display(), window, &root, &x, &y, &width, &height, &border, &depth) != 0;
-    const Window parent = known && width <= 1 && height <= 1 ? ParentOf(window) : 0;
-    return parent != 0 ? parent : window;
-}
-
-bool IsBelow(Window window, Window above) {
-    while (window != 0 && window != above) {
-        window = ParentOf(window);
-    }
-    return window == above;
 }
 
 } // namespace
@@ -203,30 +171,6 @@ void DrawX11Line(const WindowRecord* window, int endX, int y, bool black) {
     XFlush(display);
 }
 
-WindowRecord* FocusedX11Window() {
-    if (X11Display() == nullptr) {
-        return nullptr;
-    }
-    const X11Call call;
-    Window focus = 0;
-    int revert = 0;
-    XGetInputFocus(X11Display(), &focus, &revert);
-    if (focus == None || focus == PointerRoot || focus == XDefaultRootWindow(X11Display())) {
-        return nullptr;
-    }
-    for (Window window = focus; window != 0; window = ParentOf(window)) {
-        if (WindowRecord* record = FindRecord(window)) {
-            return record;
-        }
-    }
-    focus = WithoutProxy(focus);
-    const auto& records = WindowRecords();
-    const auto found = std::find_if(records.begin(), records.end(), [focus](const WindowRecord* record) {
-        return record->kind == WindowKind::X11 && !record->gone && IsBelow(record->xid, focus);
-    });
-    return found != records.end() ? *found : nullptr;
-}
-
 } // namespace platform
 
 HWND AttachX11Window(unsigned long xid, const char* displayName) {
@@ -242,7 +186,7 @@ HWND AttachX11Window(unsigned long xid, const char* displayName) {
     if (XGetWindowAttributes(display, xid, &attributes) == 0) {
         return nullptr;
     }
-    if (WindowRecord* record = FindRecord(xid)) {
+    if (WindowRecord* record = FindX11Window(xid)) {
         ++record->handles;
         return record;
     }

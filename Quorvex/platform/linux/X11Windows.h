@@ -6,6 +6,10 @@
 
 namespace KOVA::Quorvex::platform {
 
+// The window with that number, or with a child of that number of ours in it; null when there is none. Windows that are
+// gone are not found: their number may be another one's by now.
+WindowRecord* FindX11Window(unsigned long xid);
+
 // Takes the events that have come in and notes in the records what they mean; calls nobody.
 void NoteX11Events();
 
