@@ -79,11 +79,11 @@ unsigned int NearestName(int hits, const unsigned int* record) {
     return name;
 }
 
-// Grows the scene's box by an object that is not the first. The maximum looks at the object's minimum: that is how
-// hosts know this box, and cameras have been set up by it.
-void WidenAxis(float& low, float& high, float objectLow) {
+// Grows one axis of the scene's box by an object that is not the first. An object raises the maximum only when it lies
+// beyond it as a whole: that is how hosts know this box, and cameras are set up by it.
+void WidenAxis(float& low, float& high, float objectLow, float objectHigh) {
     low = low > objectLow ? objectLow : low;
-    high = objectLow > high ? objectLow : high;
+    high = objectLow > high ? objectHigh : high;
 }
 
 } // namespace
@@ -163,9 +163,10 @@ void ObjectTypes::UpdateMetrics() {
             first = false;
             return;
         }
-        WidenAxis(m_BB0.x, m_BB1.x, low.x);
-        WidenAxis(m_BB0.y, m_BB1.y, low.y);
-        WidenAxis(m_BB0.z, m_BB1.z, low.z);
+        const Vector3f high = data.GetBB1();
+        WidenAxis(m_BB0.x, m_BB1.x, low.x, high.x);
+        WidenAxis(m_BB0.y, m_BB1.y, low.y, high.y);
+        WidenAxis(m_BB0.z, m_BB1.z, low.z, high.z);
     };
     for (const auto& element : m_meshes.All()) {
         widenBy(element->object.data_ref());

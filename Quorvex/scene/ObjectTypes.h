@@ -52,9 +52,9 @@ public:
     Vector3f GetCenter();
     float GetRadius();
 
-    // The first object sets the box. Every further one lowers the minimum to its own minimum, and raises the maximum
-    // to its own minimum where that lies beyond. The centre is the middle, the radius half the diagonal. An empty scene
-    // keeps the box that it had.
+    // The first object sets the box. Every further one lowers the minimum to its own, and raises the maximum to its own
+    // along the axes on which it lies wholly beyond the maximum so far. The centre is the middle, the radius half the
+    // diagonal. An empty scene keeps the box that it had.
     void UpdateMetrics();
 
     bool operator==(const ObjectTypes& other) const { return this == &other; }

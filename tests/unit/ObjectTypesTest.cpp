@@ -104,7 +104,7 @@ TEST(ObjectTypesTest, CopiesAreIndependentAssignmentsShare) {
     EXPECT_NE(scene.GetObjectByID(id), nullptr) << "freed by the last one only";
 }
 
-TEST(ObjectTypesTest, TheBoxGrowsByMinimaOnly) {
+TEST(ObjectTypesTest, TheMaximumGrowsOnlyByObjectsWhollyBeyondIt) {
     ObjectTypes scene;
     EXPECT_EQ(scene.GetRadius(), 0.0F);
     scene.Add(Box(0, 1));
@@ -113,13 +113,13 @@ TEST(ObjectTypesTest, TheBoxGrowsByMinimaOnly) {
     EXPECT_EQ(scene.GetBB1(), Vector3f(1, 1, 1));
     scene.Remove(*larger);
     scene.Add(Box(2, 3));
-    EXPECT_EQ(scene.GetBB1(), Vector3f(2, 2, 2));
+    EXPECT_EQ(scene.GetBB1(), Vector3f(3, 3, 3));
     scene.Add(Box(-4, -3));
     EXPECT_EQ(scene.GetBB0(), Vector3f(-4, -4, -4));
-    EXPECT_EQ(scene.GetCenter(), Vector3f(-1, -1, -1));
-    EXPECT_FLOAT_EQ(scene.GetRadius(), 0.5F * Length(Vector3f(6, 6, 6)));
+    EXPECT_EQ(scene.GetCenter(), Vector3f(-0.5F, -0.5F, -0.5F));
+    EXPECT_FLOAT_EQ(scene.GetRadius(), 0.5F * Length(Vector3f(7, 7, 7)));
     scene.Clear();
-    EXPECT_EQ(scene.GetBB1(), Vector3f(2, 2, 2)) << "an empty scene keeps its box";
+    EXPECT_EQ(scene.GetBB1(), Vector3f(3, 3, 3)) << "an empty scene keeps its box";
 }
 
 TEST(ObjectTypesTest, SelectionTakesTheNearestRecordAndTheFirstOfEquals) {
