@@ -1,8 +1,9 @@
 #include <Quorvex/frame/Bitmap.h>
 
-#include <cstddef>
+#include <algorithm>
 #include <cstdint>
 #include <limits>
+#include <vector>
 
 namespace KOVA::Quorvex {
 
@@ -49,28 +50,43 @@ void WriteHeaders(unsigned char* file, std::uint32_t width, std::uint32_t height
     }
 }
 
+void ConvertRow(const unsigned char* rgba, unsigned int width, unsigned char* out) {
+    for (std::size_t column = 0; column < width; ++column) {
+        out[column * 3] = rgba[column * 4 + 2];
+        out[column * 3 + 1] = rgba[column * 4 + 1];
+        out[column * 3 + 2] = rgba[column * 4];
+    }
+}
+
 } // namespace
 
-std::vector<unsigned char> EncodeBitmap(const unsigned char* rgba, unsigned int width, unsigned int height) {
+bool EncodeBitmap(const unsigned char* rgba, unsigned int width, unsigned int height, const BitmapSink& sink) {
     const std::uint64_t rowSize = (static_cast<std::uint64_t>(width) * 3 + 3) / 4 * 4;
     constexpr std::uint64_t largest = std::numeric_limits<std::uint32_t>::max() - s_headerSize;
     if (width == 0 || height == 0 || rowSize > largest / height) {
-        return {};
+        return false;
+    }
+    unsigned char headers[s_headerSize];
+    WriteHeaders(headers, width, height, static_cast<std::uint32_t>(rowSize * height));
+    if (!sink(headers, sizeof headers)) {
+        return false;
     }
 
-    const std::uint64_t imageSize = rowSize * height;
-    std::vector<unsigned char> file(static_cast<std::size_t>(s_headerSize + imageSize));
-    WriteHeaders(file.data(), width, height, static_cast<std::uint32_t>(imageSize));
-    for (std::size_t row = 0; row < height; ++row) {
-        unsigned char* out = file.data() + s_headerSize + row * static_cast<std::size_t>(rowSize);
-        const unsigned char* in = rgba + row * width * 4;
-        for (std::size_t column = 0; column < width; ++column) {
-            out[column * 3] = in[column * 4 + 2];
-            out[column * 3 + 1] = in[column * 4 + 1];
-            out[column * 3 + 2] = in[column * 4];
+    // A block stays in the cache between its conversion and its writing.
+    constexpr std::size_t blockSize = 256 * 1024;
+    const auto rowBytes = static_cast<std::size_t>(rowSize);
+    const std::size_t rowsPerBlock = std::max<std::size_t>(1, blockSize / rowBytes);
+    std::vector<unsigned char> block(std::min<std::size_t>(rowsPerBlock, height) * rowBytes);
+    for (std::size_t first = 0; first < height; first += rowsPerBlock) {
+        const std::size_t rows = std::min<std::size_t>(rowsPerBlock, height - first);
+        for (std::size_t row = 0; row < rows; ++row) {
+            ConvertRow(rgba + (first + row) * width * 4, width, block.data() + row * rowBytes);
+        }
+        if (!sink(block.data(), rows * rowBytes)) {
+            return false;
         }
     }
-    return file;
+    return true;
 }
 
 } // namespace KOVA::Quorvex

@@ -8,6 +8,7 @@
 #include <Quorvex/frame/Bitmap.h>
 #include <Quorvex/frame/RenderFrame.h>
 #include <Quorvex/frame/Resample.h>
+#include <Quorvex/platform/Memory.h>
 
 namespace KOVA::Quorvex {
 
@@ -38,24 +39,26 @@ bool RenderFrame::RenderToBitmap(std::string path, unsigned int width, unsigned 
     if (width % 4 != 0) {
         return false;
     }
-    const std::vector<unsigned char> picture = CapturePicture(width, height);
-    if (picture.empty()) {
+    const std::unique_ptr<unsigned char[]> picture = CapturePicture(width, height);
+    if (picture == nullptr) {
         return false;
     }
-    const std::vector<unsigned char> bitmap = EncodeBitmap(picture.data(), width, height);
     OutputFile file;
-    return !bitmap.empty() && file.Open(path.c_str()) && file.Write(bitmap.data(), bitmap.size()) && file.Commit();
+    return file.Open(path.c_str()) &&
+           EncodeBitmap(picture.get(), width, height,
+                        [&file](const void* data, std::size_t bytes) { return file.Write(data, bytes); }) &&
+           file.Commit();
 }
 
 bool RenderFrame::RenderToPixels(std::vector<unsigned char>& pixels, unsigned int width, unsigned int height) {
-    const std::vector<unsigned char> picture = CapturePicture(width, height);
-    if (picture.empty()) {
+    const std::unique_ptr<unsigned char[]> picture = CapturePicture(width, height);
+    if (picture == nullptr) {
         return false;
     }
     pixels.resize(std::size_t{width} * height * 3);
     unsigned char* out = pixels.data();
     for (unsigned int row = height; row-- > 0;) {
-        const unsigned char* in = picture.data() + std::size_t{row} * width * 4;
+        const unsigned char* in = picture.get() + std::size_t{row} * width * 4;
         for (unsigned int x = 0; x < width; ++x, in += 4, out += 3) {
             std::copy_n(in, 3, out);
         }
@@ -63,33 +66,37 @@ bool RenderFrame::RenderToPixels(std::vector<unsigned char>& pixels, unsigned in
     return true;
 }
 
-std::vector<unsigned char> RenderFrame::CapturePicture(unsigned int width, unsigned int height) {
+std::unique_ptr<unsigned char[]> RenderFrame::CapturePicture(unsigned int width, unsigned int height) {
     if (m_view == nullptr || width == 0 || height == 0 || !Quorvex::CheckQXExtension(CAPABILITY_FRAME_BUFFER)) {
-        return {};
+        return nullptr;
     }
     const FittedAntiAliasing fitted(m_antiAliasing, width, height);
     if (!Render(true, width, height)) {
         Render(); // interrupted by something that wants to be seen
-        return {};
+        return nullptr;
     }
     return ReadComposedPicture(width, height);
 }
 
-std::vector<unsigned char> RenderFrame::ReadComposedPicture(unsigned int width, unsigned int height) const {
+std::unique_ptr<unsigned char[]> RenderFrame::ReadComposedPicture(unsigned int width, unsigned int height) const {
     if (!m_composedBuffer.BufferInit()) {
-        return {};
+        return nullptr;
     }
     const unsigned int sourceWidth = m_composedBuffer.GetWidth();
     const unsigned int sourceHeight = m_composedBuffer.GetHeight();
-    std::vector<unsigned char> picture(std::size_t{sourceWidth} * sourceHeight * 4);
+    std::unique_ptr<unsigned char[]> picture(new unsigned char[std::size_t{sourceWidth} * sourceHeight * 4]);
+    platform::AdviseLargeBlock(picture.get(), std::size_t{sourceWidth} * sourceHeight * 4);
     glFinish(); // a read-back right after drawing may still see the picture before
     m_composedBuffer.Begin();
-    glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_UNSIGNED_BYTE, picture.data());
+    glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_UNSIGNED_BYTE, picture.get());
     glBindTexture(GL_TEXTURE_2D, 0);
     if (sourceWidth == width && sourceHeight == height) {
         return picture;
     }
-    return Resample(picture.data(), sourceWidth, sourceHeight, 4, width, height);
+    const std::vector<unsigned char> resampled = Resample(picture.get(), sourceWidth, sourceHeight, 4, width, height);
+    picture.reset(new unsigned char[resampled.size()]);
+    std::copy(resampled.begin(), resampled.end(), picture.get());
+    return picture;
 }
 
 } // namespace KOVA::Quorvex

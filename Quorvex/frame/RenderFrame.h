@@ -166,10 +166,10 @@ private:
     // Shows the last picture in the window; also while another frame is being drawn, which goes on undisturbed.
     void Present();
 
-    // Draws a quality pass and reads it at the size asked for: 4 bytes (RGBA) a pixel, bottom row first. Empty on
+    // Draws a quality pass and reads it at the size asked for: 4 bytes (RGBA) a pixel, bottom row first. Null on
     // failure.
-    std::vector<unsigned char> CapturePicture(unsigned int width, unsigned int height);
-    std::vector<unsigned char> ReadComposedPicture(unsigned int width, unsigned int height) const;
+    std::unique_ptr<unsigned char[]> CapturePicture(unsigned int width, unsigned int height);
+    std::unique_ptr<unsigned char[]> ReadComposedPicture(unsigned int width, unsigned int height) const;
 
     FrameBuffer m_leftBuffer;
     FrameBuffer m_rightBuffer;

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <limits>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -16,6 +17,18 @@ std::uint32_t Field(const std::vector<unsigned char>& file, std::size_t offset, 
     return value;
 }
 
+// The whole file; empty when it was refused.
+std::vector<unsigned char> Encode(const unsigned char* rgba, unsigned int width, unsigned int height) {
+    std::vector<unsigned char> file;
+    const bool written = EncodeBitmap(rgba, width, height, [&file](const void* data, std::size_t bytes) {
+        const auto* const begin = static_cast<const unsigned char*>(data);
+        file.insert(file.end(), begin, begin + bytes);
+        return true;
+    });
+    EXPECT_EQ(written, !file.empty());
+    return file;
+}
+
 // Every byte differs from its neighbours, and the alpha is nowhere among the colours.
 std::vector<unsigned char> Picture(unsigned int width, unsigned int height) {
     std::vector<unsigned char> rgba(std::size_t{width} * height * 4);
@@ -26,7 +39,7 @@ std::vector<unsigned char> Picture(unsigned int width, unsigned int height) {
 }
 
 TEST(Bitmap, HeadersDescribeTheFile) {
-    const std::vector<unsigned char> file = EncodeBitmap(Picture(800, 600).data(), 800, 600);
+    const std::vector<unsigned char> file = Encode(Picture(800, 600).data(), 800, 600);
     ASSERT_EQ(file.size(), 1440054U);
     EXPECT_EQ(file[0], 'B');
     EXPECT_EQ(file[1], 'M');
@@ -49,7 +62,7 @@ TEST(Bitmap, PixelsAreBlueGreenRedInTheRowsOrderWithPaddedRows) {
     for (const unsigned int width : {1U, 2U, 3U, 4U, 7U}) {
         const unsigned int height = 3;
         const std::vector<unsigned char> rgba = Picture(width, height);
-        const std::vector<unsigned char> file = EncodeBitmap(rgba.data(), width, height);
+        const std::vector<unsigned char> file = Encode(rgba.data(), width, height);
         const std::size_t rowSize = (file.size() - 54) / height;
         ASSERT_EQ(file.size(), 54 + rowSize * height);
         EXPECT_EQ(rowSize % 4, 0U);
@@ -64,15 +77,25 @@ TEST(Bitmap, PixelsAreBlueGreenRedInTheRowsOrderWithPaddedRows) {
     }
 }
 
+TEST(Bitmap, StopsWhenNothingMoreIsTaken) {
+    const std::vector<unsigned char> rgba = Picture(1000, 400);
+    for (std::size_t limit = 0; limit < 3; ++limit) {
+        std::size_t blocks = 0;
+        EXPECT_FALSE(EncodeBitmap(rgba.data(), 1000, 400,
+                                  [&](const void* /*data*/, std::size_t /*bytes*/) { return blocks++ < limit; }));
+        EXPECT_EQ(blocks, limit + 1);
+    }
+}
+
 TEST(Bitmap, RefusesWhatTheFormatCannotHold) {
     const unsigned char pixel[4] = {};
     const unsigned int largest = std::numeric_limits<unsigned int>::max();
-    EXPECT_TRUE(EncodeBitmap(pixel, 0, 5).empty());
-    EXPECT_TRUE(EncodeBitmap(pixel, 5, 0).empty());
-    EXPECT_TRUE(EncodeBitmap(pixel, largest, largest).empty());
-    EXPECT_TRUE(EncodeBitmap(pixel, largest, 1).empty());
-    EXPECT_TRUE(EncodeBitmap(pixel, 65536, 65536).empty()); // the product of the sizes is 0 in 32 bits
-    EXPECT_TRUE(EncodeBitmap(pixel, 1, (largest - 54) / 4 + 1).empty());
+    EXPECT_TRUE(Encode(pixel, 0, 5).empty());
+    EXPECT_TRUE(Encode(pixel, 5, 0).empty());
+    EXPECT_TRUE(Encode(pixel, largest, largest).empty());
+    EXPECT_TRUE(Encode(pixel, largest, 1).empty());
+    EXPECT_TRUE(Encode(pixel, 65536, 65536).empty()); // the product of the sizes is 0 in 32 bits
+    EXPECT_TRUE(Encode(pixel, 1, (largest - 54) / 4 + 1).empty());
 }
 
 } // namespace

@@ -1,0 +1,213 @@
+// Drawing and capturing beside what bounds them: the same triangles by bare OpenGL calls, and the read-back of the same
+// pixels. A subject and its limit take turns, so that both see the same machine; the counters are medians in
+// milliseconds, and ratio is the subject's time over the limit's.
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <unistd.h>
+
+#include <benchmark/benchmark.h>
+
+#include <Quorvex/Quorvex.h>
+#include <Quorvex/core/OpenGL.h>
+#include <Quorvex/platform/Gl.h>
+#include <Quorvex/platform/NativeWindow.h>
+
+namespace {
+
+using namespace KOVA::Quorvex;
+using Library = KOVA::Quorvex::Quorvex;
+using Clock = std::chrono::steady_clock;
+
+constexpr unsigned int WIDTH = 800;
+constexpr unsigned int HEIGHT = 600;
+
+template <class Action> double Milliseconds(Action&& action) {
+    const auto start = Clock::now();
+    action();
+    return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+}
+
+double Median(std::vector<double> values) {
+    std::nth_element(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2), values.end());
+    return values[values.size() / 2];
+}
+
+// A sphere with waves, 1000 x 500 quads: a million triangles with normals of their own, three vertices each.
+Mesh BuildMillionTriangles() {
+    constexpr unsigned int columns = 1000;
+    constexpr unsigned int rows = 500;
+    auto* const data = new MeshData(columns * rows * 6, GL_TRIANGLES);
+    data->CreateVertexArray(nullptr);
+    data->CreateNormalArray(nullptr);
+    const auto point = [](unsigned int i, unsigned int j) {
+        const float theta = 6.2831853F * static_cast<float>(i) / columns;
+        const float phi = 3.1415927F * (static_cast<float>(j) / rows - 0.5F);
+        const float r = 1.0F + 0.03F * std::sin(20.0F * theta) * std::cos(15.0F * phi);
+        return Vector3f(r * std::sin(theta) * std::cos(phi), r * std::sin(phi), r * std::cos(theta) * std::cos(phi));
+    };
+    unsigned int vertex = 0;
+    for (unsigned int j = 0; j < rows; ++j) {
+        for (unsigned int i = 0; i < columns; ++i) {
+            const Vector3f corners[] = {point(i, j), point(i + 1, j), point(i + 1, j + 1), point(i, j + 1)};
+            for (const int k : {0, 1, 2, 0, 2, 3}) {
+                data->SetVertex(vertex, corners[k]);
+                data->SetNormal(vertex, Normalize(corners[k]));
+                ++vertex;
+            }
+        }
+    }
+    data->UpdateMetrics();
+    data->Update(STORAGE_VBO);
+    return Mesh(*data);
+}
+
+struct Stage {
+    Stage() : window(CreateOffscreenWindow(WIDTH, HEIGHT)) {
+        if (!Library::Init(window) || !frame.Init(window, &view)) {
+            std::fprintf(stderr, "no OpenGL\n");
+            std::exit(1);
+        }
+        view.SetProjectionPerspectiveRH(0.6F, 1, 10);
+        view.SetModelviewViewer({0, 1, 4}, {0, 0, 0}, {0, 1, 0});
+        frame.SetLight({0, 0, 1});
+    }
+    HWND window;
+    View view;
+    RenderFrame frame;
+};
+
+Stage& TheStage() {
+    static auto* const s_stage = new Stage();
+    return *s_stage;
+}
+
+// The same arrays by the shortest way that gives the same light: one clear, one draw call into an off-screen target.
+class BareDraw {
+public:
+    BareDraw(const MeshData& data, const View& view) : m_data(data) {
+        m_target.InitBuffer(WIDTH, HEIGHT, false);
+        Upload(m_vertices, data.GetVertexArray());
+        Upload(m_normals, data.GetNormalArray());
+        std::copy_n(view.GetProjectionMatrix(), 16, m_projection);
+        m_projection[5] *= static_cast<double>(WIDTH) / HEIGHT;
+        std::copy_n(view.GetModelviewMatrix(), 16, m_modelview);
+    }
+
+    void operator()() {
+        m_target.BeginCapture();
+        glViewport(0, 0, WIDTH, HEIGHT);
+        glMatrixMode(GL_PROJECTION);
+        glLoadMatrixd(m_projection);
+        glMatrixMode(GL_MODELVIEW);
+        glLoadMatrixd(m_modelview);
+        glEnable(GL_DEPTH_TEST);
+        glEnable(GL_LIGHTING);
+        glEnable(GL_NORMALIZE);
+        glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, 1);
+        glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+        glEnableClientState(GL_VERTEX_ARRAY);
+        glEnableClientState(GL_NORMAL_ARRAY);
+        m_bindBuffer(GL_ARRAY_BUFFER_ARB, m_vertices);
+        glVertexPointer(3, GL_FLOAT, 0, nullptr);
+        m_bindBuffer(GL_ARRAY_BUFFER_ARB, m_normals);
+        glNormalPointer(GL_FLOAT, 0, nullptr);
+        glDrawArrays(GL_TRIANGLES, 0, static_cast<GLsizei>(m_data.GetNumVertices()));
+        m_bindBuffer(GL_ARRAY_BUFFER_ARB, 0);
+        glDisable(GL_LIGHTING);
+        m_target.EndCapture();
+        glFinish();
+    }
+
+private:
+    void Upload(GLuint& buffer, const Vector3f* array) {
+        const auto bytes = static_cast<std::ptrdiff_t>(sizeof(Vector3f) * m_data.GetNumVertices());
+        m_genBuffers(1, &buffer);
+        m_bindBuffer(GL_ARRAY_BUFFER_ARB, buffer);
+        m_bufferData(GL_ARRAY_BUFFER_ARB, bytes, array, GL_STATIC_DRAW_ARB);
+    }
+
+    template <class Function> static Function Get(const char* name) {
+        return reinterpret_cast<Function>(platform::GetGlProcedure(name));
+    }
+
+    const MeshData& m_data;
+    FrameBuffer m_target;
+    GLuint m_vertices = 0;
+    GLuint m_normals = 0;
+    double m_projection[16];
+    double m_modelview[16];
+    PFNGLGENBUFFERSARBPROC m_genBuffers = Get<PFNGLGENBUFFERSARBPROC>("glGenBuffersARB");
+    PFNGLBINDBUFFERARBPROC m_bindBuffer = Get<PFNGLBINDBUFFERARBPROC>("glBindBufferARB");
+    PFNGLBUFFERDATAARBPROC m_bufferData = Get<PFNGLBUFFERDATAARBPROC>("glBufferDataARB");
+};
+
+// A lit frame of a million triangles, shown in the window, beside the bare draw call.
+void LitFrame(benchmark::State& state) {
+    Stage& stage = TheStage();
+    Mesh mesh = BuildMillionTriangles();
+    stage.frame.Clear();
+    stage.frame.Add(mesh);
+    BareDraw bare(mesh.GetData(), stage.view);
+    std::vector<double> limits;
+    std::vector<double> subjects;
+    stage.frame.Render(true, WIDTH, HEIGHT);
+    bare();
+    for (auto _ : state) {
+        limits.push_back(Milliseconds(bare));
+        subjects.push_back(Milliseconds([&stage] {
+            stage.frame.Render(true, WIDTH, HEIGHT);
+            glFinish();
+        }));
+        state.SetIterationTime(subjects.back() / 1000.0);
+    }
+    state.counters["frame_ms"] = Median(subjects);
+    state.counters["bare_ms"] = Median(limits);
+    state.counters["ratio"] = Median(subjects) / Median(limits);
+    stage.frame.Clear();
+}
+BENCHMARK(LitFrame)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(31);
+
+// A picture of 1920 x 1080 written as a bitmap, beside drawing it, reading its texture back and writing as many bytes
+// in one call.
+void BitmapCapture(benchmark::State& state) {
+    constexpr unsigned int width = 1920;
+    constexpr unsigned int height = 1080;
+    Stage& stage = TheStage();
+    stage.frame.Clear();
+    stage.frame.Add(MeshBuilder::BuildSphere({0, 0, 0}, 1.0F))->GetData().Update(STORAGE_VBO);
+    const std::string path =
+        (std::filesystem::temp_directory_path() / ("quorvex-bench-" + std::to_string(getpid()) + ".bmp")).string();
+    std::vector<unsigned char> pixels(std::size_t{width} * height * 4);
+    std::vector<double> limits;
+    std::vector<double> subjects;
+    stage.frame.RenderToBitmap(path, width, height);
+    for (auto _ : state) {
+        subjects.push_back(Milliseconds([&] { stage.frame.RenderToBitmap(path, width, height); }));
+        limits.push_back(Milliseconds([&] {
+            stage.frame.Render(true, width, height);
+            glFinish();
+            glReadPixels(0, 0, WIDTH, HEIGHT, GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
+            std::FILE* const file = std::fopen(path.c_str(), "wb");
+            std::setvbuf(file, nullptr, _IONBF, 0);
+            std::fwrite(pixels.data(), 1, std::size_t{width} * height * 3, file);
+            std::fclose(file);
+        }));
+        state.SetIterationTime(subjects.back() / 1000.0);
+    }
+    std::filesystem::remove(path);
+    state.counters["capture_ms"] = Median(subjects);
+    state.counters["limit_ms"] = Median(limits);
+    state.counters["ratio"] = Median(subjects) / Median(limits);
+    stage.frame.Clear();
+}
+BENCHMARK(BitmapCapture)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(31);
+
+} // namespace
