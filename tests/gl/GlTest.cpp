@@ -49,7 +49,14 @@ Mesh MakeRectangle(float left, float bottom, float right, float top, float z, co
 HWND GlTest::MainWindow() {
     static HWND const s_window = [] {
         HWND window = CreateOffscreenWindow(64, 64);
-        return Library::Init(window) ? window : nullptr;
+        if (!Library::Init(window)) {
+            return HWND{};
+        }
+        if (std::getenv("QUORVEX_TEST_WITHOUT_FRAME_BUFFERS") != nullptr) {
+            FrameBuffer::Release();
+            Library::s_uiQXExtensions &= ~static_cast<unsigned int>(CAPABILITY_FRAME_BUFFER);
+        }
+        return window;
     }();
     return s_window;
 }
