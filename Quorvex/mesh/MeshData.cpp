@@ -84,7 +84,10 @@ void MeshData::init(unsigned int vertexCount, Vector3f* vertices, Vector3f* norm
     m_indexArrayExternal = indices != nullptr;
 }
 
-MeshData::MeshData(const MeshData& other) : RenderObjectData(other), m_mode(other.m_mode) {
+// The delegation lets the destructor free what was copied when memory runs out half-way.
+MeshData::MeshData(const MeshData& other) : MeshData() {
+    m_mode = other.m_mode;
+    CopyGeometry(other);
     CopyArrays(other);
 }
 
@@ -106,6 +109,7 @@ MeshData::~MeshData() {
 }
 
 void MeshData::CopyArrays(const MeshData& other) {
+    m_colorArrayExternal = m_normalArrayExternal = m_vertexArrayExternal = m_indexArrayExternal = false;
     m_numVertices = other.m_numVertices;
     m_numIndices = other.m_numIndices;
     m_colorComponents = other.m_colorArray != nullptr ? other.m_colorComponents : 0;
@@ -114,7 +118,6 @@ void MeshData::CopyArrays(const MeshData& other) {
     m_normalArray = CopyArray(other.m_normalArray, vertices);
     m_vertexArray = CopyArray(other.m_vertexArray, vertices);
     m_indexArray = CopyArray(other.m_indexArray, m_numIndices);
-    m_colorArrayExternal = m_normalArrayExternal = m_vertexArrayExternal = m_indexArrayExternal = false;
     CopyBuffers(other);
 }
 

@@ -159,7 +159,7 @@ TEST(MeshBuilder, EllipsoidIsAStretchedSphereWithItsOwnNormals) {
         EXPECT_EQ(ball.GetData().GetVertex(i), sphere.GetData().GetVertex(i));
         EXPECT_NEAR(Length(ball.GetData().GetNormal(i) - sphere.GetData().GetNormal(i)), 0.0F, 1e-6F);
     }
-    const Mesh tiny = MeshBuilder::BuildEllipsoid(Vector3f(0, 0, 0), Vector3f(1e-20F, 2e-20F, 1e-20F));
+    const Mesh tiny = MeshBuilder::BuildEllipsoid(Vector3f(0, 0, 0), Vector3f(1e-24F, 2e-24F, 1e-24F));
     EXPECT_NEAR(Length(tiny.GetData().GetNormal(0)), 1.0F, 1e-5F);
 }
 
@@ -197,6 +197,10 @@ TEST(MeshBuilder, ConesSlopeUpToThePoint) {
         const Mesh cone = MeshBuilder::BuildEllipticCylinder(Vector3f(0, 0, 0), pointAtTop ? wide : point,
                                                              pointAtTop ? point : wide, 3.0F);
         ExpectSolid(cone, 576, polygon * 2.0 * 3.0 / 3.0, 1e-4);
+        for (unsigned int i = 0; i < 576; i += 12) { // from the base to the top the slope is the same
+            const float difference = Length(cone.GetData().GetNormal(i + 1) - cone.GetData().GetNormal(i + 2));
+            EXPECT_NEAR(difference, 0.0F, 1e-6F);
+        }
     }
     // Growing along one axis while it shrinks along the other.
     const Mesh twisted = MeshBuilder::BuildEllipticCylinder(Vector3f(0, 0, 0), Vector2f(2, 1), Vector2f(1, 2), 3.0F);

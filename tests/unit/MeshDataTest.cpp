@@ -234,12 +234,14 @@ TEST(MeshData, NormalsOfIncompleteAndDegenerateMeshes) {
     // Two indices too many are no triangle, and vertex 3 belongs to none.
     unsigned int indices[] = {0, 1, 2, 3, 3};
     MeshData loose(4, arrays.vertices.data(), arrays.normals.data(), arrays.rgb.data(), 5, indices, 4);
-    loose.ComputeNormals(true);
+    EXPECT_TRUE(loose.ComputeNormals(true));
     EXPECT_EQ(loose.GetNormal(0), Vector3f(0, 0, 1));
     EXPECT_TRUE(std::isnan(loose.GetNormal(3).x));
+    MeshData single(4, arrays.vertices.data(), arrays.normals.data(), arrays.rgb.data(), 1, indices, 4);
+    EXPECT_TRUE(single.ComputeNormals(true));
     unsigned int degenerate[] = {0, 1, 2, 0, 3, 3};
     MeshData spoilt(4, arrays.vertices.data(), arrays.normals.data(), arrays.rgb.data(), 6, degenerate, 4);
-    spoilt.ComputeNormals(true);
+    EXPECT_TRUE(spoilt.ComputeNormals(true));
     EXPECT_TRUE(std::isnan(spoilt.GetNormal(0).z));
     EXPECT_EQ(spoilt.GetNormal(1), Vector3f(0, 0, 1));
 }

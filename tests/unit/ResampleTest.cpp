@@ -67,6 +67,13 @@ TEST(Resample, RoundsHalvesUp) {
     const Bytes source = {0, 1, 0, 0, 254, 255, 255, 255};
     EXPECT_EQ(Resample(source.data(), 8, 1, 1, 4, 1), (Bytes{1, 0, 255, 255}));
     EXPECT_EQ(Resample(source.data(), 4, 2, 1, 2, 1), (Bytes{128, 128})); // 127.5 and 127.5
+
+    // 25/49 is the first above a half; 1/49 is not exact, not even in double precision.
+    Bytes ones(49, 0);
+    std::fill_n(ones.begin(), 24, static_cast<unsigned char>(1));
+    EXPECT_EQ(Resample(ones.data(), 7, 7, 1, 1, 1), Bytes{0});
+    ones.back() = 1;
+    EXPECT_EQ(Resample(ones.data(), 7, 7, 1, 1, 1), Bytes{1});
 }
 
 TEST(Resample, LargerPicturesContinueARampAndRepeatTheEdges) {
