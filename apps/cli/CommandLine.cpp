@@ -38,13 +38,17 @@ void Parse(int argc, const char* const* argv) {
                    "  quorvex render part.stl -o part.png --view front --mesh-mode surface-wireframe\n"
                    "  quorvex capabilities --json\n\n"
                    "'quorvex COMMAND --help' tells more about a command. Exit code: 0 done, 1 failed, 2 wrong usage.");
-    program.require_subcommand(1);
+    program.require_subcommand(0, 1);
     AddInfoCommand(program);
     AddRenderCommand(program);
     AddCapabilitiesCommand(program);
 
     try {
         program.parse(argc, argv);
+        // Asked here and not by the parser, which would say so of a misspelt one too.
+        if (program.get_subcommands().empty()) {
+            throw CLI::ValidationError("a command is missing: info, render or capabilities");
+        }
     } catch (const CLI::CallForHelp& help) {
         program.exit(help); // prints the help of the command that was asked
     } catch (const CLI::CallForVersion& version) {

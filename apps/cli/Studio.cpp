@@ -10,6 +10,7 @@
 #include <Quorvex/core/Facade.h>
 
 #include "Failure.h"
+#include "Lighting.h"
 
 namespace KOVA::Quorvex::cli {
 
@@ -24,9 +25,14 @@ constexpr float c_specularity = 0.25F;
 
 constexpr ColorRGBA c_boxColor{1.0F, 0.55F, 0.1F};
 
+bool ShowsLines(MeshAttribute::RenderMode mode) {
+    return mode == MeshAttribute::RENDER_WIREFRAME || mode == MeshAttribute::RENDER_HIDDEN_LINE ||
+           mode == MeshAttribute::RENDER_POINTS;
+}
+
 // Lines and points are as wide as they would be without anti-aliasing.
 float LineWidth(const RenderOptions& options) {
-    const double points = options.meshMode == MeshAttribute::RENDER_POINTS ? 1.5 : 1.0;
+    const double points = options.meshMode == MeshAttribute::RENDER_POINTS ? 2.0 : 1.0;
     return static_cast<float>(std::max(1.0, points * options.antiAliasing));
 }
 
@@ -37,6 +43,9 @@ Background BackgroundOf(const RenderOptions& options) {
     // X-ray pictures add light to the background: the darker it is, the more they can show.
     if (options.meshMode == MeshAttribute::RENDER_XRAY) {
         return {{0.0F, 0.0F, 0.0F}, {0.0F, 0.0F, 0.0F}};
+    }
+    if (ShowsLines(options.meshMode)) {
+        return {{0.06F, 0.08F, 0.12F}, {0.22F, 0.26F, 0.33F}};
     }
     return {{0.16F, 0.20F, 0.30F}, {0.62F, 0.67F, 0.75F}};
 }
@@ -72,13 +81,19 @@ Studio::Studio(const OffscreenSession& session, const Scene& scene, const Render
             attribute.ShowBoundingBox();
             attribute.SetBoundingBoxColor(c_boxColor);
         }
-        mesh->GetData().Update(STORAGE_VBO);
+        OrientNormals(mesh->GetData());
         m_meshes.push_back(mesh);
     }
     if (options.boundingBox) {
         m_box = m_box.Enlarged(static_cast<double>(RenderObjectAttribute::GetBoundingBoxRescale()));
     }
     SetScale(1.0);
+    for (const Mesh* mesh : m_meshes) {
+        if (ShowsLines(options.meshMode)) {
+            LightLines(mesh->GetData(), m_view);
+        }
+        mesh->GetData().Update(STORAGE_VBO);
+    }
     if (options.meshMode == MeshAttribute::RENDER_XRAY) {
         ExposeXRay();
     }
@@ -159,7 +174,7 @@ double BrightLevel(const std::vector<unsigned char>& rgb) {
     std::uint64_t above = 0;
     for (std::size_t level = 255; level > 0; --level) {
         above += counts[level];
-        if (above * 1000 > lit) {
+        if (above * 100 > lit) {
             return static_cast<double>(level) / 255.0;
         }
     }

@@ -39,7 +39,7 @@ private:
 // were measured at another level and factor. Grey levels from 0 to 1.
 double ExposedScale(double scale, double measured, double wanted);
 
-// The grey level (0..1) that is exceeded by no more than one in a thousand of the pixels that are not black; 0 for a
+// The grey level (0..1) that is exceeded by no more than one in a hundred of the pixels that are not black; 0 for a
 // black picture.
 double BrightLevel(const std::vector<unsigned char>& rgb);
 

@@ -76,9 +76,9 @@ TEST(ExposureTest, TheBrightLevelLeavesOutAFewSpecks) {
     EXPECT_EQ(BrightLevel(pixels), 0.0);
     std::fill(pixels.begin(), pixels.begin() + 3 * 4000, static_cast<unsigned char>(51));
     EXPECT_DOUBLE_EQ(BrightLevel(pixels), 0.2);
-    std::fill(pixels.begin(), pixels.begin() + 3 * 4, static_cast<unsigned char>(255));
-    EXPECT_DOUBLE_EQ(BrightLevel(pixels), 0.2) << "one in a thousand of those that are lit";
-    std::fill(pixels.begin(), pixels.begin() + 3 * 5, static_cast<unsigned char>(255));
+    std::fill(pixels.begin(), pixels.begin() + 3 * 40, static_cast<unsigned char>(255));
+    EXPECT_DOUBLE_EQ(BrightLevel(pixels), 0.2) << "one in a hundred of those that are lit";
+    std::fill(pixels.begin(), pixels.begin() + 3 * 41, static_cast<unsigned char>(255));
     EXPECT_DOUBLE_EQ(BrightLevel(pixels), 1.0);
     EXPECT_DOUBLE_EQ(ExposedScale(0.5, 0.2, 0.8), 2.0);
 }
