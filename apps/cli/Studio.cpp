@@ -130,7 +130,10 @@ void Studio::SetAntiAliasing(PictureSize size, double factor) {
     // Limited for both directions alike: if only the longer one were cut off, the proportions would change.
     const double longer = std::max(size.width, size.height);
     const double shorter = std::min(size.width, size.height);
-    m_frame.SetAntiAliasing(static_cast<float>(std::max(std::min(factor, c_maxDrawnSize / longer), 1.0 / shorter)));
+    const double limit = c_maxDrawnSize / longer;
+    // A little more than one pixel for a pixel only blurs.
+    const double worthwhile = limit > 1.0 && limit < 1.25 ? 1.0 : limit;
+    m_frame.SetAntiAliasing(static_cast<float>(std::max(std::min(factor, worthwhile), 1.0 / shorter)));
 }
 
 // Every surface that faces the viewer adds a quarter of its depth in eye space to the grey level. How many surfaces lie
