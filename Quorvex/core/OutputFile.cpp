@@ -64,6 +64,8 @@ bool OutputFile::Open(const char* path) {
         m_target.clear(); // nothing was touched, so nothing may be discarded
         return false;
     }
+    m_buffer = std::make_unique<char[]>(s_bufferBytes);
+    (void)std::setvbuf(m_file, m_buffer.get(), _IOFBF, s_bufferBytes);
     return true;
 }
 

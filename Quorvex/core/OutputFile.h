@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdio>
 #include <filesystem>
+#include <memory>
 
 namespace KOVA::Quorvex {
 
@@ -32,6 +33,8 @@ private:
     bool OpenDirectly();
     void Discard();
 
+    static constexpr std::size_t s_bufferBytes = std::size_t{1} << 16; // callers write in small pieces, too
+    std::unique_ptr<char[]> m_buffer;
     std::FILE* m_file = nullptr;
     bool m_failed = false;
     bool m_regular = false;            // the target is, or will be, a regular file

@@ -13,36 +13,57 @@ namespace {
 
 static_assert(std::endian::native == std::endian::little, "eight digits are taken as one little-endian number");
 
+// Where a number ends depends on its digits, and the next one begins there: a processor that computes each end would
+// wait at every step. So the lengths that programs usually write are asked for first; it then guesses them right and
+// runs ahead.
+
 constexpr unsigned int chunkDigits = 8;
+
+constexpr std::uint64_t integerPowers[chunkDigits + 1] = {1,      10,      100,      1000,     10000,
+                                                          100000, 1000000, 10000000, 100000000};
 
 struct DigitChunk {
     unsigned int count;
     std::uint64_t value;
 };
 
-// The digits at text, eight at most, all at once: numbers of varying length would cost a mispredicted branch each in a
-// loop over their digits.
+// Value of eight digits 0..9, the first one in the lowest byte: pairs, then fours, then eight.
+std::uint64_t JoinDigits(std::uint64_t digits) {
+    constexpr std::uint64_t pairs = 0x000000FF000000FFU;
+    constexpr std::uint64_t evenWeights = 100U + (std::uint64_t{1000000U} << 32U);
+    constexpr std::uint64_t oddWeights = 1U + (std::uint64_t{10000U} << 32U);
+    digits = digits * 10U + (digits >> 8U);
+    return ((digits & pairs) * evenWeights + ((digits >> 16U) & pairs) * oddWeights) >> 32U;
+}
+
+// The digits at text, eight at most, all at once.
 DigitChunk TakeDigits(const char* text) {
     std::uint64_t bytes;
     std::memcpy(&bytes, text, sizeof(bytes));
     bytes ^= 0x3030303030303030U; // digits become 0..9, everything else more
     const std::uint64_t others = (bytes | (bytes + 0x7676767676767676U)) & 0x8080808080808080U;
-    const unsigned int count = static_cast<unsigned int>(std::countr_zero(others)) / 8U; // right up to the first other
-    if (count == 0) {
-        return {0, 0};
+    if ((others & 0x0080808080808080U) == 0x0080000000000000U) {
+        return {6, JoinDigits(bytes << 16U)}; // as by default
     }
-    bytes <<= 64U - 8U * count; // zeros in front
-    // Pairs of digits, then fours, then eight.
-    bytes = bytes * 10U + (bytes >> 8U);
-    constexpr std::uint64_t pairs = 0x000000FF000000FFU;
-    constexpr std::uint64_t evenWeights = 100U + (std::uint64_t{1000000U} << 32U);
-    constexpr std::uint64_t oddWeights = 1U + (std::uint64_t{10000U} << 32U);
-    bytes = (bytes & pairs) * evenWeights + ((bytes >> 16U) & pairs) * oddWeights;
-    return {count, bytes >> 32U};
+    const unsigned int count = static_cast<unsigned int>(std::countr_zero(others)) / 8U; // right up to the first other
+    return {count, count == 0 ? 0 : JoinDigits(bytes << (64U - 8U * count))};
 }
 
-constexpr std::uint64_t integerPowers[chunkDigits + 1] = {1,      10,      100,      1000,     10000,
-                                                          100000, 1000000, 10000000, 100000000};
+unsigned int DigitValue(char character) {
+    return static_cast<unsigned int>(static_cast<unsigned char>(character)) - static_cast<unsigned int>('0');
+}
+
+// In front of a decimal point.
+DigitChunk TakeWhole(const char* text) {
+    const unsigned int digit = DigitValue(text[0]);
+    return digit < 10U && text[1] == '.' ? DigitChunk{1, digit} : TakeDigits(text);
+}
+
+DigitChunk TakeExponent(const char* text) {
+    const unsigned int tens = DigitValue(text[0]);
+    const unsigned int ones = DigitValue(text[1]);
+    return tens < 10U && ones < 10U && IsSpace(text[2]) ? DigitChunk{2, tens * 10U + ones} : TakeDigits(text);
+}
 
 // All powers of ten that a double holds exactly.
 constexpr int largestPower = 22;
@@ -73,6 +94,10 @@ bool RoundToFloat(std::uint64_t mantissa, int exponent, float& value) {
     }
     value = static_cast<float>(nearest);
     return true;
+}
+
+float WithSign(float value, bool negative) {
+    return std::bit_cast<float>(std::bit_cast<std::uint32_t>(value) ^ static_cast<std::uint32_t>(negative) << 31U);
 }
 
 const char* SkipDigits(const char* text) {
@@ -106,7 +131,7 @@ const char* AnyNumber(const char* text, bool negative, float& value) {
     if (end == nullptr || fast_float::from_chars(text, end, value).ptr != end) {
         return nullptr;
     }
-    value = negative ? -value : value;
+    value = WithSign(value, negative);
     return end;
 }
 
@@ -133,10 +158,10 @@ const char* TakeVector(const char* text, Vector3f& vector) {
 } // namespace
 
 const char* FastNumber(const char* text, float& value) {
-    const bool negative = *text == '-';
-    text += negative || *text == '+' ? 1 : 0;
+    const bool negative = *text == '-'; // a coin toss, so without a branch
+    text += static_cast<int>(negative) | static_cast<int>(*text == '+');
 
-    const DigitChunk whole = TakeDigits(text);
+    const DigitChunk whole = TakeWhole(text);
     const char* end = text + whole.count;
     std::uint64_t mantissa = whole.value;
     unsigned int digits = whole.count;
@@ -150,18 +175,18 @@ const char* FastNumber(const char* text, float& value) {
     }
     if (digits > 0 && (*end == 'e' || *end == 'E')) {
         ++end;
-        const bool down = *end == '-';
-        end += down || *end == '+' ? 1 : 0;
-        const DigitChunk power = TakeDigits(end);
+        const int sign = *end == '-' ? -1 : 1;
+        end += *end == '-' || *end == '+' ? 1 : 0;
+        const DigitChunk power = TakeExponent(end);
         end += power.count;
         digits = power.count;
-        exponent += down ? -static_cast<int>(power.value) : static_cast<int>(power.value);
+        exponent += sign * static_cast<int>(power.value);
     }
     // Chunks that were full may have cut a longer number: it goes on with a digit then.
     if (digits == 0 || !IsSpace(*end) || !RoundToFloat(mantissa, exponent, value)) {
         return AnyNumber(text, negative, value);
     }
-    value = negative ? -value : value;
+    value = WithSign(value, negative);
     return end;
 }
 
