@@ -94,6 +94,9 @@ std::unique_ptr<unsigned char[]> RenderFrame::ReadComposedPicture(unsigned int w
         return picture;
     }
     const std::vector<unsigned char> resampled = Resample(picture.get(), sourceWidth, sourceHeight, 4, width, height);
+    if (resampled.empty()) { // larger than pictures can be
+        return nullptr;
+    }
     picture.reset(new unsigned char[resampled.size()]);
     std::copy(resampled.begin(), resampled.end(), picture.get());
     return picture;
