@@ -26,7 +26,8 @@ QUORVEX_API HWND CreateOffscreenWindow(int width, int height);
 // or another kind of window.
 QUORVEX_API bool ResizeOffscreenWindow(HWND window, int width, int height);
 
-// Gives the handle back. Release the render frames on the window first. The host's own window is left alone.
+// Gives the handle back, once for every time that it was handed out. The host's own window is left alone. Release the
+// render frames on the window first; one that is still there hears WM_DESTROY and is released.
 QUORVEX_API void ReleaseWindow(HWND window);
 
 // A file descriptor that becomes readable when work waits for the library: a tick of its timer or events of its
