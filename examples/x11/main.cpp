@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <list>
-#include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
 
@@ -32,7 +32,7 @@ struct Viewport {
     Window window = 0;
     HWND handle = nullptr;
     View view;
-    std::unique_ptr<RenderFrame> frame = std::make_unique<RenderFrame>();
+    std::optional<RenderFrame> frame{std::in_place};
     int width = WIDTH;
     int height = HEIGHT;
     int mouseX = 0;

@@ -63,7 +63,7 @@ LRESULT CallWindowProcedure(WNDPROC procedure, HWND window, UINT message, WPARAM
     return procedure != nullptr ? procedure(window, message, wParam, lParam) : 0;
 }
 
-LRESULT DefaultWindowProcedure(HWND, UINT, WPARAM, LPARAM) {
+LRESULT DefaultWindowProcedure(HWND /*window*/, UINT /*message*/, WPARAM /*wParam*/, LPARAM /*lParam*/) {
     return 0;
 }
 
@@ -74,7 +74,7 @@ void BeginWindowPaint(HWND window) {
     }
 }
 
-void EndWindowPaint(HWND) {}
+void EndWindowPaint(HWND /*window*/) {}
 
 void DrawProgressLine(HDC deviceContext, int endX, int y, bool black) {
     if (deviceContext == nullptr || deviceContext->window->gone || deviceContext->window->kind != WindowKind::X11) {

@@ -17,7 +17,7 @@ int FilterError(Display* display, XErrorEvent* error) {
 }
 
 // "host:1.0" and "host:1" are screens of one display.
-std::string WithoutScreen(std::string name) {
+std::string WithoutScreen(const std::string& name) {
     const std::size_t colon = name.rfind(':');
     const std::size_t dot = colon != std::string::npos ? name.find('.', colon) : std::string::npos;
     return name.substr(0, dot);

@@ -32,10 +32,10 @@ Window CreateChild(Display* display, Window parent, const XWindowAttributes& par
 
 } // namespace
 
-WindowRecord* FindX11Window(unsigned long window) {
+WindowRecord* FindX11Window(unsigned long xid) {
     const auto& records = WindowRecords();
-    const auto found = std::find_if(records.begin(), records.end(), [window](const WindowRecord* record) {
-        return record->kind == WindowKind::X11 && !record->gone && (record->xid == window || record->child == window);
+    const auto found = std::find_if(records.begin(), records.end(), [xid](const WindowRecord* record) {
+        return record->kind == WindowKind::X11 && !record->gone && (record->xid == xid || record->child == xid);
     });
     return found != records.end() ? *found : nullptr;
 }
