@@ -28,8 +28,8 @@ constexpr int HexValue(int character) {
     return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
 }
 
-// Far outside of what a float can hold, and far from overflowing when the length of a file is added.
-constexpr std::int64_t largestExponent = std::int64_t{1} << 60;
+// Larger than the length of any file, which zeros in front or behind may outweigh, and far from overflowing.
+constexpr std::int64_t largestExponent = std::int64_t{1} << 56;
 
 // The significant digits of a number: what is beyond the digits kept can only break a tie, and a last 1 stands for it.
 class DecimalDigits {

@@ -109,9 +109,21 @@ bool SkipSolidLine(TextCursor& cursor) {
     if (!BeginsWithWord(cursor.Position(), "solid") && !BeginsWithWord(cursor.Position(), "endsolid")) {
         return false;
     }
+    constexpr std::string_view facet = "facet";
+    std::size_t matched = 0; // letters of the current word; all of them and more when it is another one
     for (int character = cursor.Peek(); character != '\n' && character != '\r'; character = cursor.Peek()) {
         if (character == TextCursor::endOfFile) {
             break;
+        }
+        if (IsSpace(character)) {
+            matched = 0;
+        } else if (matched < facet.size() && LowerCase(character) == facet[matched]) {
+            ++matched;
+        } else {
+            matched = facet.size() + 1;
+        }
+        if (matched == facet.size()) {
+            return false;
         }
         cursor.Advance();
     }

@@ -70,7 +70,8 @@ enum class FacetMatch {
 // the match ends or fails.
 FacetMatch ScanFacet(TextCursor& cursor, Facet& facet);
 
-// Takes the rest of a line that begins with the word "solid" or "endsolid", in any case; false for any other text.
+// Takes a line that begins with the word "solid" or "endsolid", in any case, and has no word in it that begins with
+// "facet", which may be one. False for any other text, of which some may have been taken.
 bool SkipSolidLine(TextCursor& cursor);
 
 // Takes a decimal or hexadecimal number, infinity or NaN as a %f of the C library would, in the C locale: as many
