@@ -25,9 +25,10 @@ HGLRC CreateContext(HDC deviceContext, HGLRC share);
 // Destroys a context, taking it off the thread first when it is current. Null is ignored.
 void DeleteContext(HGLRC context);
 
-// Makes the context current with the device context as draw and read target; with a null context none is current
-// afterwards. On a window that was destroyed it succeeds and drawing goes nowhere, so that GL objects can still be
-// freed. False when the driver refuses (another library's context is current on this thread, for instance).
+// Makes the context current with the device context as draw and read target, or without one (then only frame-buffer
+// objects can be drawn to); with a null context none is current afterwards. On a window that was destroyed it succeeds
+// and drawing goes nowhere, so that GL objects can still be freed. False when the driver refuses (another library's
+// context is current on this thread, for instance).
 bool MakeCurrent(HDC deviceContext, HGLRC context);
 
 // Shows the back buffer. Nothing happens on a null device context or a window that is gone.

@@ -45,6 +45,18 @@ QUORVEX_API bool ProcessEvents();
 // when none waits. Null switches it off. user is handed back as it is.
 QUORVEX_API void SetMessagePump(bool (*pump)(void* user), void* user);
 
+// The library leaves its context current on the thread when it has drawn, and drawing makes it current again. A host
+// that uses OpenGL on this thread as well takes turns: before it makes a context of its own current it puts the
+// library's away with (null, null); before it calls the library, and before ProcessEvents, it puts its own away. What
+// it then does with GL objects of the library outside the drawing (updating a mesh's buffers, for instance) needs the
+// library's context back first: Quorvex::GetDeviceContext() and GetRenderContext().
+//
+// This function may also be called on another thread of the host, which makes GL objects in parallel: with
+// Quorvex::GetRenderContextMultiThread() and a null device context, that is without a window to draw to.
+//
+// False when the system refuses, as it does while a context of another kind is current on the thread.
+QUORVEX_API bool MakeContextCurrent(HDC deviceContext, HGLRC context);
+
 // Receives warnings (text and a caption, both UTF-8) that would otherwise go to standard error. Null restores that.
 QUORVEX_API void SetWarningHandler(void (*handler)(const char* caption, const char* text, void* user), void* user);
 

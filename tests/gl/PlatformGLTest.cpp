@@ -1,6 +1,7 @@
 // The platform seam without a display server: off-screen windows and contexts.
 
 #include <cstdlib>
+#include <thread>
 
 #include <GL/gl.h>
 
@@ -114,8 +115,27 @@ TEST_F(PlatformGLTest, ContextsShareAndAreRefusedOnceDeleted) {
     platform::DeleteContext(sharing);
     platform::DeleteContext(alone);
     EXPECT_FALSE(platform::MakeCurrent(m_deviceContext, sharing));
-    EXPECT_FALSE(platform::MakeCurrent(nullptr, Library::GetRenderContext()));
     EXPECT_TRUE(platform::MakeCurrent(m_deviceContext, Library::GetRenderContext()));
+}
+
+// As a host does that loads on a thread of its own.
+TEST_F(PlatformGLTest, SecondContextWorksOnAnotherThread) {
+    GLuint texture = 0;
+    const unsigned char gray = 77;
+    std::thread([&] {
+        ASSERT_TRUE(MakeContextCurrent(nullptr, Library::GetRenderContextMultiThread()));
+        glGenTextures(1, &texture);
+        glBindTexture(GL_TEXTURE_2D, texture);
+        glTexImage2D(GL_TEXTURE_2D, 0, GL_LUMINANCE, 1, 1, 0, GL_LUMINANCE, GL_UNSIGNED_BYTE, &gray);
+        glFinish();
+        EXPECT_TRUE(MakeContextCurrent(nullptr, nullptr));
+    }).join();
+    unsigned char read = 0;
+    glBindTexture(GL_TEXTURE_2D, texture);
+    glGetTexImage(GL_TEXTURE_2D, 0, GL_LUMINANCE, GL_UNSIGNED_BYTE, &read);
+    EXPECT_EQ(read, gray);
+    glDeleteTextures(1, &texture);
+    EXPECT_EQ(Draw(RED, 40, 30), RED) << "this thread's context stays current";
 }
 
 // Formats that no driver has, and one that the surfaces of the process cannot be given any more.

@@ -5,11 +5,14 @@
 #include <dlfcn.h>
 
 #include <Quorvex/platform/Messages.h>
+#include <Quorvex/platform/NativeWindow.h>
 #include <Quorvex/platform/linux/EglDisplay.h>
 #include <Quorvex/platform/linux/EglSurfaces.h>
 #include <Quorvex/platform/linux/X11Connection.h>
 
-namespace KOVA::Quorvex::platform {
+namespace KOVA::Quorvex {
+
+namespace platform {
 
 // Stays when its context is deleted, so that a handle that somebody kept is refused and never taken for another one.
 struct ContextRecord {
@@ -31,19 +34,20 @@ void WarnOfForeignContext() {
 }
 
 EGLint Bind(EGLSurface surface, EGLContext context) {
-    const EglDisplay* egl = CurrentEglDisplay();
-    if (egl == nullptr) {
-        return EGL_SUCCESS; // nothing can be current yet
-    }
-    const X11Call call;
+    const EGLDisplay display = CurrentEglDisplay()->display;
     const DesktopGlScope scope;
-    if (eglMakeCurrent(egl->display, surface, surface, context) == EGL_FALSE) {
-        return eglGetError();
+    return eglMakeCurrent(display, surface, surface, context) == EGL_TRUE ? EGL_SUCCESS : eglGetError();
+}
+
+EGLint BindToWindow(const WindowRecord* window, EGLContext context) {
+    const X11Call call;
+    const EGLint error = Bind(window->surface, context);
+    if (error == EGL_SUCCESS) {
+        // We draw on the host's own thread and on demand: it must not wait for the screen's next refresh, which may be
+        // a second away when the window is hidden.
+        eglSwapInterval(CurrentEglDisplay()->display, 0);
     }
-    // We draw on the host's own thread and on demand: it must not wait for the screen's next refresh, which may be a
-    // second away when the window is hidden.
-    eglSwapInterval(egl->display, 0);
-    return EGL_SUCCESS;
+    return error;
 }
 
 } // namespace
@@ -95,14 +99,24 @@ void DeleteContext(HGLRC context) {
     context->context = EGL_NO_CONTEXT;
 }
 
+// Without a window this may be another thread: nothing here that talks to the X server.
 bool MakeCurrent(HDC deviceContext, HGLRC context) {
+    if (CurrentEglDisplay() == nullptr) {
+        return context == nullptr; // nothing can be current yet
+    }
     if (context == nullptr) {
         return Bind(EGL_NO_SURFACE, EGL_NO_CONTEXT) == EGL_SUCCESS;
     }
-    if (deviceContext == nullptr || deviceContext->window->surface == nullptr || context->context == EGL_NO_CONTEXT) {
+    if (context->context == EGL_NO_CONTEXT) {
         return false;
     }
-    const EGLint error = Bind(deviceContext->window->surface, context->context);
+    if (deviceContext == nullptr) {
+        return Bind(EGL_NO_SURFACE, context->context) == EGL_SUCCESS;
+    }
+    if (deviceContext->window->surface == nullptr) {
+        return false;
+    }
+    const EGLint error = BindToWindow(deviceContext->window, context->context);
     if (error == EGL_BAD_ACCESS) {
         WarnOfForeignContext();
     }
@@ -130,4 +144,10 @@ GlProcedure GetGlProcedure(const char* name) {
     return eglGetProcAddress(name);
 }
 
-} // namespace KOVA::Quorvex::platform
+} // namespace platform
+
+bool MakeContextCurrent(HDC deviceContext, HGLRC context) {
+    return platform::MakeCurrent(deviceContext, context);
+}
+
+} // namespace KOVA::Quorvex
