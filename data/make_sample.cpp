@@ -74,6 +74,7 @@ void Turn(const std::vector<Point>& line) {
 std::vector<Vector3f> Outline(int sector, double outerRadius, double height) {
     const int first = sector * c_stepsPerSector;
     std::vector<Vector3f> outline;
+    outline.reserve(std::size_t{2} * (c_stepsAcross + c_stepsPerSector));
     const auto side = [&](int step, int i) {
         return At(c_hub + (outerRadius - c_hub) * i / c_stepsAcross, height, step);
     };
@@ -98,6 +99,7 @@ std::vector<Vector3f> Circle(int sector, const std::vector<Vector3f>& outline, d
     const double x = c_boltCircle * std::cos(angle);
     const double z = -c_boltCircle * std::sin(angle);
     std::vector<Vector3f> circle;
+    circle.reserve(outline.size());
     for (const Vector3f& p : outline) {
         const double dx = static_cast<double>(p.x) - x;
         const double dz = static_cast<double>(p.z) - z;
@@ -137,6 +139,7 @@ std::vector<Point> HubProfile() {
     constexpr double fillet = 4.0;
     constexpr int filletSteps = 4;
     std::vector<Point> line;
+    line.reserve(filletSteps + 8);
     for (int i = 0; i <= filletSteps; ++i) {
         const double angle = std::numbers::pi / 2 * i / filletSteps;
         line.push_back({c_hub - fillet * std::sin(angle), c_plateTop + fillet * (1.0 - std::cos(angle))});

@@ -36,7 +36,7 @@ std::string ReasonOfSystem(const std::string& path) {
 }
 
 std::string ReasonOfReader(const std::string& path, MRError error) {
-    const std::string reason = ReasonOfSystem(path);
+    std::string reason = ReasonOfSystem(path);
     if (!reason.empty()) {
         return reason;
     }

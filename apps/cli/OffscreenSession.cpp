@@ -11,6 +11,8 @@ namespace KOVA::Quorvex::cli {
 
 namespace {
 
+std::string s_warning; // the latest
+
 // Warnings of the library explain a failure that follows; they must not become lines of their own.
 void KeepWarning(const char* /*caption*/, const char* text, void* user) {
     *static_cast<std::string*>(user) = text;
@@ -25,14 +27,13 @@ std::string OneLine(std::string text) {
 
 } // namespace
 
-OffscreenSession::OffscreenSession() : m_window(nullptr) {
-    static std::string warning;
-    SetWarningHandler(&KeepWarning, &warning);
+OffscreenSession::OffscreenSession() {
+    SetWarningHandler(&KeepWarning, &s_warning);
 
     // Pictures are drawn in frame-buffer objects of their own size; the window only carries the context.
-    m_window = CreateOffscreenWindow(64, 64);
+    m_window = CreateOffscreenWindow(64, 64); // NOLINT(cppcoreguidelines-prefer-member-initializer): handler first
     if (m_window == nullptr || !Quorvex::Init(m_window)) {
-        const std::string why = warning.empty() ? std::string() : ": " + OneLine(warning);
+        const std::string why = s_warning.empty() ? std::string() : ": " + OneLine(s_warning);
         if (m_window != nullptr) {
             ReleaseWindow(m_window);
         }

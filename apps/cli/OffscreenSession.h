@@ -18,7 +18,7 @@ public:
     HWND Window() const { return m_window; }
 
 private:
-    HWND m_window;
+    HWND m_window = nullptr;
 };
 
 } // namespace KOVA::Quorvex::cli

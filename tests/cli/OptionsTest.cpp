@@ -72,13 +72,13 @@ TEST(OptionsTest, BitmapsHaveWidthsOfWholeFours) {
 }
 
 TEST(ExposureTest, TheBrightLevelLeavesOutAFewSpecks) {
-    std::vector<unsigned char> pixels(3 * 5000, 0);
+    std::vector<unsigned char> pixels(15000, 0);
     EXPECT_EQ(BrightLevel(pixels), 0.0);
-    std::fill(pixels.begin(), pixels.begin() + 3 * 4000, static_cast<unsigned char>(51));
+    std::fill(pixels.begin(), pixels.begin() + 12000, static_cast<unsigned char>(51));
     EXPECT_DOUBLE_EQ(BrightLevel(pixels), 0.2);
-    std::fill(pixels.begin(), pixels.begin() + 3 * 40, static_cast<unsigned char>(255));
+    std::fill(pixels.begin(), pixels.begin() + 120, static_cast<unsigned char>(255));
     EXPECT_DOUBLE_EQ(BrightLevel(pixels), 0.2) << "one in a hundred of those that are lit";
-    std::fill(pixels.begin(), pixels.begin() + 3 * 41, static_cast<unsigned char>(255));
+    std::fill(pixels.begin(), pixels.begin() + 123, static_cast<unsigned char>(255));
     EXPECT_DOUBLE_EQ(BrightLevel(pixels), 1.0);
     EXPECT_DOUBLE_EQ(ExposedScale(0.5, 0.2, 0.8), 2.0);
 }

@@ -162,13 +162,14 @@ std::string WriteBinary(const std::string& path, const std::vector<Triangle>& tr
     const auto put = [&file](const void* bytes, std::size_t count) {
         file.write(static_cast<const char*>(bytes), static_cast<std::streamsize>(count));
     };
+    constexpr std::array<char, 2> attribute{};
     const auto count = static_cast<std::uint32_t>(triangles.size());
     put(&count, sizeof count);
     for (const Triangle& triangle : triangles) {
         const Point normal = Normal(triangle);
         put(normal.data(), sizeof normal);
         put(triangle.data(), sizeof triangle);
-        put("\0\0", 2);
+        put(attribute.data(), sizeof attribute);
     }
     return path;
 }
@@ -222,7 +223,7 @@ const Pixel& Picture::At(int x, int y) const {
 }
 
 Picture ReadPicture(const std::string& path) {
-    const Picture picture = path.ends_with(".bmp") ? ReadBmp(path) : ReadPng(path);
+    Picture picture = path.ends_with(".bmp") ? ReadBmp(path) : ReadPng(path);
     EXPECT_GT(picture.width, 0) << path << " is no picture";
     return picture;
 }

@@ -16,7 +16,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::StartsWith;
 
 void ExpectOneLine(const Outcome& outcome, int code, const std::string& about) {
