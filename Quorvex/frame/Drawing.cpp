@@ -74,6 +74,9 @@ bool RenderFrame::DrawGL(unsigned int width, unsigned int height, bool quality) 
     if (m_view == nullptr) {
         return true;
     }
+    if (m_busy) {
+        return false;
+    }
     const Size size = InternalSize(width, height);
     const bool offScreen = Quorvex::CheckQXExtension(CAPABILITY_FRAME_BUFFER);
     m_progress = 0.0F;

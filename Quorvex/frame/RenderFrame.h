@@ -60,12 +60,14 @@ public:
     // Requests a redraw. Requests before the next tick make one pass.
     void Render();
 
-    // Draws a pass now and shows it. False when it was interrupted; it is then not shown.
+    // Draws a pass now and shows it. False when it was interrupted, and then not shown, or could not be drawn: all
+    // frames draw with one context, so there is no pass inside another.
     bool Render(bool quality, unsigned int width, unsigned int height);
 
     // Draws a pass of a picture of this size into the current context; the caller swaps. With frame-buffer objects the
     // picture is drawn at size x anti-aliasing (4096 at most each way) and then shown in the window. False when it was
-    // interrupted. A frame without a view draws nothing and returns true.
+    // interrupted, or asked for from inside a pass of this frame. A frame without a view draws nothing and returns
+    // true.
     bool DrawGL(unsigned int width, unsigned int height, bool quality);
 
     // Shows the last picture, scaled into the window; draws a fast pass when there are no frame-buffer objects.
