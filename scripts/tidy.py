@@ -54,7 +54,9 @@ def main():
                if pathlib.Path(entry["file"]).is_relative_to(ROOT)
                and not pathlib.Path(entry["file"]).is_relative_to(build)]
     for entry in entries:
-        entry["command"] = shlex.join(without_launcher(entry["command"]))
+        words = without_launcher(entry["command"])
+        entry["command"] = shlex.join(words)
+        entry["output"] = words[words.index("-o") + 1]
     (cache / "compile_commands.json").write_text(json.dumps(entries))
 
     objects = dependencies(build)
