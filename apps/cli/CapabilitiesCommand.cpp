@@ -4,11 +4,11 @@
 #include <string_view>
 
 #include <CLI/CLI.hpp>
+#include <GL/gl.h>
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
 #include <Quorvex/core/Facade.h>
-#include <Quorvex/core/OpenGL.h>
 
 #include "Commands.h"
 #include "OffscreenSession.h"
