@@ -73,7 +73,7 @@ bool EncodeBitmap(const unsigned char* rgba, unsigned int width, unsigned int he
     }
 
     // A block stays in the cache between its conversion and its writing.
-    constexpr std::size_t blockSize = 256 * 1024;
+    constexpr std::size_t blockSize = std::size_t{256} * 1024;
     const auto rowBytes = static_cast<std::size_t>(rowSize);
     const std::size_t rowsPerBlock = std::max<std::size_t>(1, blockSize / rowBytes);
     std::vector<unsigned char> block(std::min<std::size_t>(rowsPerBlock, height) * rowBytes);

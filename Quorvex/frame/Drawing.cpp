@@ -30,7 +30,7 @@ class PassScope {
 public:
     PassScope(bool& busy, double& duration, double frequency)
         : m_busy(busy), m_duration(duration), m_frequency(frequency), m_start(platform::CounterNow()) {
-        m_busy = true;
+        m_busy = true; // NOLINT(cppcoreguidelines-prefer-member-initializer): it refers to the frame's flag
     }
     PassScope(const PassScope&) = delete;
     PassScope& operator=(const PassScope&) = delete;

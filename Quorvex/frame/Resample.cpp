@@ -95,7 +95,7 @@ void SumRows(const unsigned char* source, const Axis& axis, const Span& span, st
 class Rounder {
 public:
     explicit Rounder(std::uint64_t total)
-        : m_offset(static_cast<double>(total / 2) + 0.5), m_reciprocal(1.0 / static_cast<double>(total)) {}
+        : m_offset(static_cast<double>(total >> 1U) + 0.5), m_reciprocal(1.0 / static_cast<double>(total)) {}
 
     unsigned char operator()(std::uint64_t sum) const {
         const double quotient = (static_cast<double>(static_cast<std::int64_t>(sum)) + m_offset) * m_reciprocal;

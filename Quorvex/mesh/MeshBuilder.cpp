@@ -70,7 +70,7 @@ public:
     // The mesh becomes the owner of the data.
     Mesh Finish() {
         Mesh mesh(*m_data);
-        m_data.release();
+        static_cast<void>(m_data.release());
         return mesh;
     }
 

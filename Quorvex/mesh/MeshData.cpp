@@ -86,7 +86,7 @@ void MeshData::init(unsigned int vertexCount, Vector3f* vertices, Vector3f* norm
 
 // The delegation lets the destructor free what was copied when memory runs out half-way.
 MeshData::MeshData(const MeshData& other) : MeshData() {
-    m_mode = other.m_mode;
+    m_mode = other.m_mode; // NOLINT(cppcoreguidelines-prefer-member-initializer): a delegating constructor has none
     CopyGeometry(other);
     CopyArrays(other);
 }

@@ -38,7 +38,7 @@ std::uint64_t JoinDigits(std::uint64_t digits) {
 
 // The digits at text, eight at most, all at once.
 DigitChunk TakeDigits(const char* text) {
-    std::uint64_t bytes;
+    std::uint64_t bytes = 0;
     std::memcpy(&bytes, text, sizeof(bytes));
     bytes ^= 0x3030303030303030U; // digits become 0..9, everything else more
     const std::uint64_t others = (bytes | (bytes + 0x7676767676767676U)) & 0x8080808080808080U;

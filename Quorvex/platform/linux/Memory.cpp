@@ -18,7 +18,7 @@ void AdviseLargeBlock(void* block, std::size_t bytes) {
     const std::uintptr_t first = (start + page - 1) / page * page;
     const std::uintptr_t end = (start + bytes) / page * page;
     // Failure leaves small pages, which work as well.
-    (void)madvise(reinterpret_cast<void*>(first), end - first, MADV_HUGEPAGE);
+    (void)madvise(static_cast<char*>(block) + (first - start), end - first, MADV_HUGEPAGE);
 }
 
 } // namespace KOVA::Quorvex::platform
