@@ -6,9 +6,10 @@
 #include <cstdlib>
 #include <cstring>
 #include <list>
-#include <optional>
 #include <stdexcept>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
@@ -32,7 +33,7 @@ struct Viewport {
     Window window = 0;
     HWND handle = nullptr;
     View view;
-    std::optional<RenderFrame> frame{std::in_place};
+    RenderFrame frame;
     int width = WIDTH;
     int height = HEIGHT;
     int mouseX = 0;
@@ -87,13 +88,15 @@ Host::Host(int windows, const char* title) : m_display(XOpenDisplay(nullptr)) {
 // The frames, with the meshes in them, go before the OpenGL contexts, and those before the windows.
 Host::~Host() {
     SetMessagePump(nullptr, nullptr);
-    for (Viewport& viewport : m_viewports) {
-        viewport.frame.reset();
-    }
-    Quorvex::Release();
+    std::vector<std::pair<Window, HWND>> windows;
     for (const Viewport& viewport : m_viewports) {
-        ReleaseWindow(viewport.handle);
-        XDestroyWindow(m_display, viewport.window);
+        windows.emplace_back(viewport.window, viewport.handle);
+    }
+    m_viewports.clear();
+    Quorvex::Release();
+    for (const auto& [window, handle] : windows) {
+        ReleaseWindow(handle);
+        XDestroyWindow(m_display, window);
     }
     XCloseDisplay(m_display);
 }
@@ -117,11 +120,11 @@ void Host::Show(const Mesh& mesh) {
     mesh.GetData().Update(STORAGE_VBO); // once, for all frames: their copies of the mesh share the data
     const float radius = mesh.GetRadius() > 0.0F ? mesh.GetRadius() : 1.0F;
     for (Viewport& viewport : m_viewports) {
-        if (!viewport.frame->Init(viewport.handle, &viewport.view)) {
+        if (!viewport.frame.Init(viewport.handle, &viewport.view)) {
             throw std::runtime_error("cannot draw to the window");
         }
-        viewport.frame->Add(mesh);
-        viewport.frame->SetLight({0.0F, 0.0F, 1.0F}); // from the viewer of a right-handed view
+        viewport.frame.Add(mesh);
+        viewport.frame.SetLight({0.0F, 0.0F, 1.0F}); // from the viewer of a right-handed view
         viewport.view.SetProjectionR(OPENING_ANGLE, 0.01F * radius, 100.0F * radius);
         viewport.view.SetModelviewViewer(mesh.GetCenter() + Vector3f(1.0F, 0.7F, 2.0F) * (1.25F * radius),
                                          mesh.GetCenter(), {0.0F, 1.0F, 0.0F});
@@ -200,15 +203,15 @@ void Host::HandleButton(Viewport& viewport, const XButtonEvent& event) {
 
 void Host::Drag(Viewport& viewport, const XMotionEvent& event) {
     viewport.view.ApplyTrackball(viewport.mouseX, viewport.mouseY, event.x, event.y, viewport.width, viewport.height,
-                                 viewport.frame->GetCenter());
+                                 viewport.frame.GetCenter());
     viewport.mouseX = event.x;
     viewport.mouseY = event.y;
     viewport.view.Render(); // every frame that looks through this view is drawn again
 }
 
 void Host::Zoom(Viewport& viewport, float step) {
-    const float radius = viewport.frame->GetRadius();
-    const float distance = (viewport.view.getPosition() - viewport.frame->GetCenter()).Length();
+    const float radius = viewport.frame.GetRadius();
+    const float distance = (viewport.view.getPosition() - viewport.frame.GetCenter()).Length();
     const float forward = distance * step;
     if (distance - forward > 0.1F * radius && distance - forward < 50.0F * radius) {
         viewport.view.TranslateViewer({0.0F, 0.0F, -forward}); // the view looks along -z
@@ -220,7 +223,7 @@ void Host::Zoom(Viewport& viewport, float step) {
 void Host::Quit() {
     m_quit = true;
     for (Viewport& viewport : m_viewports) {
-        viewport.frame->AbortRendering();
+        viewport.frame.AbortRendering();
     }
 }
 
