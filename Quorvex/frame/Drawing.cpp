@@ -142,7 +142,7 @@ void RenderFrame::DrawBackground() {
     const ColorRGBA& bottom = m_backgroundBottom;
     LoadNormalizedDeviceMatrices();
     glDisable(GL_LIGHTING);
-    glDepthMask(GL_FALSE);
+    glDisable(GL_DEPTH_TEST); // which switches depth writes off as well
     glBegin(GL_QUADS);
     glColor3f(bottom.r, bottom.g, bottom.b);
     glVertex2f(-1.0F, -1.0F);
@@ -151,7 +151,7 @@ void RenderFrame::DrawBackground() {
     glVertex2f(1.0F, 1.0F);
     glVertex2f(-1.0F, 1.0F);
     glEnd();
-    glDepthMask(GL_TRUE);
+    glEnable(GL_DEPTH_TEST);
 }
 
 } // namespace KOVA::Quorvex
