@@ -45,10 +45,11 @@ public:
     static Mesh ReadSTLBinary(const char* path);
 
     // For files from the wild: finds out whether the file is really ASCII or binary and reads all the triangles that it
-    // holds. Takes binary files with a "solid" header or a count that is too large, byte-order marks, leading blanks,
-    // any case, several solids, polygons (cut into fans) and missing words. Facets with fewer than three vertices or
-    // with coordinates that are no numbers are left out; normals that are missing, zero or no numbers are computed from
-    // the corners. MR_READ_FAILED when there is no STL to be found in it.
+    // holds. Takes binary files with a "solid" header or a count that is too large or was never filled in, byte-order
+    // marks, leading blanks, any case, several solids, polygons (cut into fans), decimal commas and missing words.
+    // Facets with fewer than three vertices or with coordinates that are no numbers are left out; normals that are
+    // missing, zero or no numbers are computed from the corners. MR_READ_FAILED when there is no STL to be found in it,
+    // or none of its facets is of use.
     static Mesh ReadSTLTolerant(const char* path);
 
     static MRError GetError() { return s_eError; }

@@ -150,7 +150,7 @@ bool Repair(Facet& facet) {
     return true;
 }
 
-// False when the block's facets do not follow each other, each at a word that was counted.
+// False when there are not as many facets from the block's first one on.
 bool AsciiReader::FillBlock(Block& block, const Triangles& target) const {
     if (block.facets == 0) {
         return true;
@@ -159,23 +159,20 @@ bool AsciiReader::FillBlock(Block& block, const Triangles& target) const {
     Facet facet;
     Bounds bounds;
     for (std::uint64_t i = 0; i < block.facets; ++i) {
-        if (ScanFacet(cursor, facet) != FacetMatch::Whole || (m_solids && !Repair(facet))) {
+        if (!ScanFacet(cursor, facet) || (m_solids && !Repair(facet))) {
             return false;
         }
         Store(facet, block.facetsBefore + i, target, bounds);
-        const std::int64_t end = cursor.Offset();
         SkipGap(cursor);
-        block.nextFacet = cursor.Offset();
-        if (block.nextFacet == end && end != m_file.Size()) {
-            return false; // a word that goes on, so the next one was not counted
-        }
     }
+    block.nextFacet = cursor.Offset();
     block.bounds = bounds;
     return true;
 }
 
-// The first facet stands where reading begins, and every block's facets end where those of the next one begin. With
-// several solids, the last ones end with the file; with one, what follows is not looked at.
+// Whether the blocks have read what reading from front to back would have: the first facet stands where that begins,
+// and every block got to where the next one started. With several solids, the last ones end with the file; with one,
+// what follows is not looked at.
 bool AsciiReader::IsContiguous() const {
     TextCursor cursor(m_file, m_start, m_options.bufferBytes);
     SkipGap(cursor);
@@ -214,7 +211,7 @@ bool AsciiReader::FillInSequence(const Triangles& target) const {
     Facet facet;
     Bounds bounds;
     for (std::uint64_t i = 0; i < m_facets; ++i) {
-        if (ScanFacet(cursor, facet) == FacetMatch::None) {
+        if (!ScanFacet(cursor, facet)) {
             return false;
         }
         Store(facet, i, target, bounds);

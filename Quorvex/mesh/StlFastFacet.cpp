@@ -1,7 +1,6 @@
 #include <Quorvex/mesh/StlFastFacet.h>
 
 #include <bit>
-#include <cfloat>
 #include <cstdint>
 #include <cstring>
 
@@ -82,11 +81,8 @@ bool RoundToFloat(std::uint64_t mantissa, int exponent, float& value) {
     }
     const auto whole = static_cast<double>(mantissa);
     const double nearest = exponent < 0 ? whole / powers[-exponent] : whole * powers[exponent];
-    if (nearest < static_cast<double>(FLT_MIN) || nearest > static_cast<double>(FLT_MAX)) {
-        return false;
-    }
-    // The double is the one nearest to the number, so both lie on the same side of every midpoint between two floats:
-    // rounding twice only goes wrong when the double is such a midpoint itself.
+    // It is in the range of normal floats, and the double nearest to the number, so both lie on the same side of every
+    // midpoint between two floats: rounding twice only goes wrong when the double is such a midpoint itself.
     constexpr std::uint64_t below = (std::uint64_t{1} << 29U) - 1; // bits that a float lacks
     constexpr std::uint64_t midpoint = std::uint64_t{1} << 28U;
     if ((std::bit_cast<std::uint64_t>(nearest) & below) == midpoint) {

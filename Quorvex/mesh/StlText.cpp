@@ -78,28 +78,28 @@ bool ScanVertex(TextCursor& cursor, Vector3f& vertex) {
     return ScanWord(cursor, "vertex") && ScanVector(cursor, vertex);
 }
 
-FacetMatch ScanAnyFacet(TextCursor& cursor, Facet& facet) {
+bool ScanAnyFacet(TextCursor& cursor, Facet& facet) {
     const bool numbers = ScanWord(cursor, "facet") && ScanWord(cursor, "normal") && ScanVector(cursor, facet.normal) &&
                          ScanWord(cursor, "outer") && ScanWord(cursor, "loop") &&
                          ScanVertex(cursor, facet.corners[0]) && ScanVertex(cursor, facet.corners[1]) &&
                          ScanVertex(cursor, facet.corners[2]);
-    if (!numbers) {
-        return FacetMatch::None;
+    // The last words may be missing; as much of them as is there is taken.
+    if (numbers && ScanWord(cursor, "endloop")) {
+        ScanWord(cursor, "endfacet");
     }
-    const bool whole = ScanWord(cursor, "endloop") && ScanWord(cursor, "endfacet");
-    return whole ? FacetMatch::Whole : FacetMatch::Numbers;
+    return numbers;
 }
 
 } // namespace
 
-FacetMatch ScanFacet(TextCursor& cursor, Facet& facet) {
+bool ScanFacet(TextCursor& cursor, Facet& facet) {
     // More than a facet as programs write them: nearly all are taken in memory, without looking for the buffer's end.
     constexpr std::size_t facetRoom = 1024;
     cursor.Prefetch(facetRoom);
     const char* const end = FastFacet(cursor.Position(), facet);
     if (end != nullptr) {
         cursor.SetPosition(end);
-        return FacetMatch::Whole;
+        return true;
     }
     return ScanAnyFacet(cursor, facet);
 }

@@ -59,16 +59,10 @@ struct Facet {
     Vector3f corners[3];
 };
 
-enum class FacetMatch {
-    None,    // not all of its numbers are there
-    Numbers, // all numbers, but not all words behind them
-    Whole
-};
-
 // Takes one facet in the way of the C library's formatted input, with the format "facet normal %f %f %f outer loop
-// vertex %f %f %f vertex %f %f %f vertex %f %f %f endloop endfacet" behind any white space. The cursor is left where
-// the match ends or fails.
-FacetMatch ScanFacet(TextCursor& cursor, Facet& facet);
+// vertex %f %f %f vertex %f %f %f vertex %f %f %f endloop endfacet" behind any white space. True when all its numbers
+// are there. The cursor is left where the match ends or fails.
+bool ScanFacet(TextCursor& cursor, Facet& facet);
 
 // Takes a line that begins with the word "solid" or "endsolid", in any case, and has no word in it that begins with
 // "facet", which may be one. False for any other text, of which some may have been taken.

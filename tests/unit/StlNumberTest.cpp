@@ -53,10 +53,9 @@ TEST(StlNumber, FastWayRoundsLikeTheLibrary) {
         }
         const char* const format = formats[random() % formats.size()];
         // Half of them in the middle of the range, where short texts are.
-        const double scaled = i % 2 == 0
-                                  ? static_cast<double>(number)
-                                  : std::ldexp(std::frexp(static_cast<double>(number), std::array<int, 1>().data()),
-                                               static_cast<int>(random() % 40) - 20);
+        int exponent = 0;
+        const double fraction = std::frexp(static_cast<double>(number), &exponent);
+        const double scaled = std::ldexp(fraction, i % 2 == 0 ? exponent : static_cast<int>(random() % 40) - 20);
         std::snprintf(text, sizeof(text), format, scaled);
         ASSERT_EQ(Bits(Fast(text)), Bits(std::strtof(text, nullptr))) << text;
     }
@@ -74,6 +73,12 @@ TEST(StlNumber, MiddlesBetweenFloatsRoundToEven) {
         std::snprintf(text, sizeof(text), "%.40f", middle);
         std::string exact(text);
         exact.erase(exact.find_last_not_of('0') + 1);
+        // Sixteen digits come so close that the nearest double is the middle itself.
+        std::snprintf(text, sizeof(text), "%.15e", middle);
+        const std::string digits = text[0] + std::string(text + 2, 15);
+        const std::string closest =
+            digits.substr(0, 8) + "." + digits.substr(8) + "e" + std::to_string(std::atoi(text + 18) - 7);
+        ASSERT_EQ(Bits(Fast(closest)), Bits(std::strtof(closest.c_str(), nullptr))) << closest;
         for (const std::string& number : {exact, exact + "0001", exact + std::string(200, '0') + "1"}) {
             const std::uint32_t expected = Bits(std::strtof(number.c_str(), nullptr));
             ASSERT_EQ(Bits(Fast(number)), expected) << number;
