@@ -32,6 +32,26 @@ stl::Triangles ReadEither(const platform::InputFile& file) {
     return std::memcmp(start, solid, sizeof(solid)) == 0 ? ReadAscii(file) : ReadBinary(file);
 }
 
+// What read makes of the file, or an empty mesh from fail.
+Mesh ReadFile(const char* path, stl::Triangles (*read)(const platform::InputFile&), Mesh (*fail)(MRError)) {
+    platform::InputFile file;
+    if (!file.Open(path)) {
+        return fail(MR_OPEN_FAILED);
+    }
+    try {
+        stl::Triangles triangles = read(file);
+        if (triangles) {
+            Mesh mesh(*triangles.data);
+            (void)triangles.data.release(); // the mesh and its copies delete it now
+            MeshReader::s_eError = MR_NO_ERROR;
+            return mesh;
+        }
+    } catch (const std::bad_alloc&) {
+    }
+    file.Close();
+    return fail(MR_READ_FAILED);
+}
+
 } // namespace
 
 Mesh MeshReader::ReadFailure(MRError error) {
@@ -39,39 +59,20 @@ Mesh MeshReader::ReadFailure(MRError error) {
     return {};
 }
 
-Mesh MeshReader::ReadFile(const char* path, stl::Triangles (*read)(const platform::InputFile&)) {
-    platform::InputFile file;
-    if (!file.Open(path)) {
-        return ReadFailure(MR_OPEN_FAILED);
-    }
-    try {
-        stl::Triangles triangles = read(file);
-        if (triangles) {
-            Mesh mesh(*triangles.data);
-            (void)triangles.data.release(); // the mesh and its copies delete it now
-            s_eError = MR_NO_ERROR;
-            return mesh;
-        }
-    } catch (const std::bad_alloc&) {
-    }
-    file.Close();
-    return ReadFailure(MR_READ_FAILED);
-}
-
 Mesh MeshReader::ReadSTL(const char* path) {
-    return ReadFile(path, ReadEither);
+    return ReadFile(path, ReadEither, ReadFailure);
 }
 
 Mesh MeshReader::ReadSTLASCII(const char* path) {
-    return ReadFile(path, ReadAscii);
+    return ReadFile(path, ReadAscii, ReadFailure);
 }
 
 Mesh MeshReader::ReadSTLBinary(const char* path) {
-    return ReadFile(path, ReadBinary);
+    return ReadFile(path, ReadBinary, ReadFailure);
 }
 
 Mesh MeshReader::ReadSTLTolerant(const char* path) {
-    return ReadFile(path, stl::ReadTolerantTriangles);
+    return ReadFile(path, stl::ReadTolerantTriangles, ReadFailure);
 }
 
 } // namespace KOVA::Quorvex

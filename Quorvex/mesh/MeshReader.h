@@ -7,14 +7,6 @@
 
 namespace KOVA::Quorvex {
 
-namespace platform {
-class InputFile;
-} // namespace platform
-
-namespace stl {
-struct Triangles;
-} // namespace stl
-
 // The outcome of the last call of MeshReader.
 enum MRError : std::uint32_t {
     MR_NO_ERROR = 0,
@@ -57,7 +49,6 @@ public:
     static MRError s_eError;
 
 private:
-    static Mesh ReadFile(const char* path, stl::Triangles (*read)(const platform::InputFile&));
     static Mesh ReadFailure(MRError error);
 };
 
