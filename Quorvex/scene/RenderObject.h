@@ -28,8 +28,8 @@ protected:
     RenderObject(RenderObjectData& data, const RenderObjectAttribute& attribute);
 
     // What is shared is the derived class's business.
-    RenderObject(const RenderObject& other) = default;
-    RenderObject& operator=(const RenderObject& other) = default;
+    RenderObject(const RenderObject& /*other*/) = default;
+    RenderObject& operator=(const RenderObject& /*other*/) = default;
 
     virtual ~RenderObject();
 };
