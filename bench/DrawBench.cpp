@@ -160,7 +160,7 @@ void LitFrame(benchmark::State& state) {
     std::vector<double> subjects;
     stage.frame.Render(true, WIDTH, HEIGHT);
     bare();
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         limits.push_back(Milliseconds(bare));
         subjects.push_back(Milliseconds([&stage] {
             stage.frame.Render(true, WIDTH, HEIGHT);
@@ -189,7 +189,7 @@ void BitmapCapture(benchmark::State& state) {
     std::vector<double> limits;
     std::vector<double> subjects;
     stage.frame.RenderToBitmap(path, width, height);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         subjects.push_back(Milliseconds([&] { stage.frame.RenderToBitmap(path, width, height); }));
         limits.push_back(Milliseconds([&] {
             stage.frame.Render(true, width, height);

@@ -69,9 +69,9 @@ private:
     }
 
     void PrintVector(std::FILE* file, const char* before) {
-        const double x = static_cast<double>(Coordinate());
-        const double y = static_cast<double>(Coordinate());
-        const double z = static_cast<double>(Coordinate());
+        const auto x = static_cast<double>(Coordinate());
+        const auto y = static_cast<double>(Coordinate());
+        const auto z = static_cast<double>(Coordinate());
         std::fprintf(file, "%s %e %e %e\n", before, x, y, z);
     }
 

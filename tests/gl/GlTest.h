@@ -26,7 +26,9 @@ struct Picture {
     int height = 0;
     std::vector<Pixel> pixels;
 
-    const Pixel& At(int x, int y) const { return pixels.at(static_cast<std::size_t>(y * width + x)); }
+    const Pixel& At(int x, int y) const {
+        return pixels.at(static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x));
+    }
     template <class Predicate> int Count(Predicate predicate) const {
         int count = 0;
         for (const Pixel& pixel : pixels) {

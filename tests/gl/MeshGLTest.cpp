@@ -14,10 +14,9 @@ protected:
     static bool HasBuffers() { return Library::CheckGLExtension("GL_ARB_vertex_buffer_object"); }
 
     // What one mode makes of a mesh in a 100 x 100 picture of x, y = -2..2.
-    static Picture DrawInMode(Mesh mesh, MeshAttribute::RenderMode mode) {
+    static Picture DrawInMode(const Mesh& mesh, MeshAttribute::RenderMode mode) {
         FrameFixture f(100, 100);
-        mesh.GetAttribute().SetRenderMode(mode);
-        f.frame.Add(mesh);
+        f.frame.Add(mesh)->GetAttribute().SetRenderMode(mode);
         return f.Draw();
     }
 };

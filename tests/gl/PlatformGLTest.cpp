@@ -16,7 +16,7 @@ namespace {
 std::vector<LPARAM> s_sizes;
 int s_destroyed = 0;
 
-LRESULT NoteMessages(HWND, UINT message, WPARAM, LPARAM lParam) {
+LRESULT NoteMessages(HWND /*window*/, UINT message, WPARAM /*wParam*/, LPARAM lParam) {
     if (message == WM_SIZE) {
         s_sizes.push_back(lParam);
     }

@@ -47,7 +47,7 @@ TEST(StlNumber, FastWayRoundsLikeTheLibrary) {
                                                            "%.17g", "%.3f", "%.12f", "%.0f"};
     char text[512];
     for (int i = 0; i < 300000; ++i) {
-        const float number = std::bit_cast<float>(static_cast<std::uint32_t>(random()));
+        const auto number = std::bit_cast<float>(static_cast<std::uint32_t>(random()));
         if (!std::isfinite(number)) {
             continue;
         }

@@ -117,7 +117,7 @@ struct Outcome {
 
     std::size_t Triangles() const { return bits.size() < 6 ? 0 : (bits.size() - 6) / 18; }
     float Number(std::size_t index) const {
-        float value;
+        float value = 0.0F;
         std::memcpy(&value, &bits[index], sizeof(value));
         return value;
     }
@@ -130,7 +130,7 @@ struct Outcome {
 
 inline void AppendVector(std::vector<std::uint32_t>& bits, const Vector3f& v) {
     for (const float number : {v.x, v.y, v.z}) {
-        std::uint32_t raw;
+        std::uint32_t raw = 0;
         std::memcpy(&raw, &number, sizeof(raw));
         bits.push_back(raw);
     }

@@ -37,7 +37,8 @@ public:
     std::function<void(KOVA::Quorvex::UINT)> onMessage;
 
 private:
-    static KOVA::Quorvex::LRESULT Procedure(HWND, KOVA::Quorvex::UINT, KOVA::Quorvex::WPARAM, KOVA::Quorvex::LPARAM);
+    static KOVA::Quorvex::LRESULT Procedure(KOVA::Quorvex::HWND window, KOVA::Quorvex::UINT message,
+                                            KOVA::Quorvex::WPARAM wParam, KOVA::Quorvex::LPARAM lParam);
 
     HWND m_window;
     KOVA::Quorvex::HDC m_deviceContext;

@@ -106,7 +106,7 @@ class X11Example : public testing::Test {
 protected:
     void MoveMouse(int x, int y) { XTestFakeMotionEvent(host.Connection(), -1, x, y, CurrentTime); }
     void Button(unsigned int button, bool press) {
-        XTestFakeButtonEvent(host.Connection(), button, press, CurrentTime);
+        XTestFakeButtonEvent(host.Connection(), button, press ? True : False, CurrentTime);
     }
 
     void Drag(int x0, int y0, int x1, int y1) {

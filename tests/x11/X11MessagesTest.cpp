@@ -19,7 +19,7 @@ namespace {
 int s_ticks = 0;
 std::function<void()> s_onTick;
 
-void Tick(HWND, UINT, UINT_PTR, DWORD) {
+void Tick(HWND /*window*/, UINT /*message*/, UINT_PTR /*id*/, DWORD /*time*/) {
     ++s_ticks;
     if (s_onTick) {
         s_onTick();

@@ -20,12 +20,12 @@ namespace {
 int s_errorsOfFirst = 0;
 int s_errorsOfSecond = 0;
 
-int FirstHandler(Display*, XErrorEvent*) {
+int FirstHandler(Display* /*display*/, XErrorEvent* /*error*/) {
     ++s_errorsOfFirst;
     return 0;
 }
 
-int SecondHandler(Display*, XErrorEvent*) {
+int SecondHandler(Display* /*display*/, XErrorEvent* /*error*/) {
     ++s_errorsOfSecond;
     return 0;
 }
