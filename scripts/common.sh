@@ -36,7 +36,7 @@ install_with_apt() {
 }
 
 # step TEXT NAME COMMAND...: runs the command with its output in build/logs/NAME.log, tells how long it took, and ends
-# the script with the log's tail when it fails.
+# the script with the end of the log when it fails, less what only tells of success.
 step() {
     local text=$1 log=$log_dir/$2.log start=$SECONDS status=0
     shift 2
@@ -48,7 +48,7 @@ step() {
         return
     fi
     printf 'FAILED (%d s)\n' $((SECONDS - start))
-    tail -n 60 "$log"
+    { grep -vE '^ +Start +[0-9]|Passed +[0-9.]+ sec$' "$log" || true; } | tail -n 200
     say "The whole log: $PWD/$log"
     exit 1
 }
@@ -58,6 +58,6 @@ build() {
     local preset=$1
     shift
     [[ -f build/$preset/build.ninja ]] || cmake --preset "$preset" "${configure_options[@]}" || return
-    cmake --build "build/$preset" ${1:+--target "$@"}
+    cmake --build "build/$preset" ${1:+--target "$@"} -- --quiet
 }
 configure_options=()
