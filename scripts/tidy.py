@@ -30,9 +30,21 @@ def dependencies(build):
     return result
 
 
-def without_launcher(command):
+def plain(command):
+    """The compile command without what another compiler cannot use: the launcher and precompiled headers."""
     words = shlex.split(command)
-    return words[1:] if pathlib.Path(words[0]).name == "ccache" else words
+    if pathlib.Path(words[0]).name == "ccache":
+        words = words[1:]
+    result = []
+    skip = False
+    for word, following in zip(words, [*words[1:], ""]):
+        if skip:
+            skip = False
+        elif word == "-include" and pathlib.Path(following).name.startswith("cmake_pch"):
+            skip = True
+        elif word != "-Winvalid-pch":
+            result.append(word)
+    return result
 
 
 def key(entry, files, version):
@@ -54,7 +66,7 @@ def main():
                if pathlib.Path(entry["file"]).is_relative_to(ROOT)
                and not pathlib.Path(entry["file"]).is_relative_to(build)]
     for entry in entries:
-        words = without_launcher(entry["command"])
+        words = plain(entry["command"])
         entry["command"] = shlex.join(words)
         entry["output"] = words[words.index("-o") + 1]
     (cache / "compile_commands.json").write_text(json.dumps(entries))
