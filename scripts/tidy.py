@@ -72,9 +72,15 @@ def main():
     (cache / "compile_commands.json").write_text(json.dumps(entries))
 
     objects = dependencies(build)
+
+    def includes(output):
+        # What came in through a precompiled header is recorded with that header, once for the target.
+        precompiled = output.split(".dir/")[0] + ".dir/cmake_pch.hxx.gch"
+        return objects.get(output, []) + objects.get(precompiled, [])
+
     todo = {}
     for entry in entries:
-        passed = cache / key(entry, objects.get(entry["output"], []), version)
+        passed = cache / key(entry, includes(entry["output"]), version)
         if not passed.exists():
             todo[entry["file"]] = passed
 
