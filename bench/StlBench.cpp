@@ -20,6 +20,8 @@
 #include <Quorvex/mesh/StlAscii.h>
 #include <Quorvex/platform/File.h>
 
+#include "FreshProcess.h"
+
 // Reading and writing STL beside what bounds them. A subject and its limit take turns, so that both see the same
 // machine; the counters are medians: limit_ms, and ratio, the subject's time over the limit's.
 
@@ -234,25 +236,7 @@ void WriteAgainstOneWrite(benchmark::State& state) {
     state.counters["ratio"] = Median(subjectTimes) / Median(limitTimes);
 }
 
-// A fresh process of this program reads the file that this variable names, if any, prints its peak memory in KiB and
-// ends before main: what this process has in use, or has freed, does not count.
 constexpr const char* readOnlyVariable = "QUORVEX_BENCH_READ";
-
-[[maybe_unused]] const bool s_reader = [] {
-    if (const char* const path = std::getenv(readOnlyVariable)) {
-        if (*path != '\0') {
-            Read(MeshReader::ReadSTL, path);
-        }
-        std::ifstream status("/proc/self/status");
-        std::string word;
-        while (status >> word && word != "VmHWM:") {
-        }
-        status >> word;
-        std::puts(word.c_str());
-        std::exit(0);
-    }
-    return false;
-}();
 
 // Peak memory of a process that reads the file, in MiB.
 double PeakMemory(const std::string& path) {
@@ -296,3 +280,20 @@ BENCHMARK(SequentialAsciiAgainstStrict)->UseManualTime()->Unit(benchmark::kMilli
 BENCHMARK(WriteAgainstOneWrite)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(15);
 
 } // namespace
+
+bool ReadInFreshProcess() {
+    const char* const path = std::getenv(readOnlyVariable);
+    if (path == nullptr) {
+        return false;
+    }
+    if (*path != '\0') {
+        Read(MeshReader::ReadSTL, path);
+    }
+    std::ifstream status("/proc/self/status");
+    std::string word;
+    while (status >> word && word != "VmHWM:") {
+    }
+    status >> word;
+    std::puts(word.c_str());
+    return true;
+}
