@@ -19,7 +19,8 @@ install_packages() {
         say "Not a Debian system: install what is needed by hand ($*)."
         return
     fi
-    installed=" $(dpkg-query -W -f '${db:Status-Status}:${Package}\n' "$@" 2>/dev/null |
+    # dpkg-query fails when it has never heard of one of them; the others are listed all the same.
+    installed=" $({ dpkg-query -W -f '${db:Status-Status}:${Package}\n' "$@" 2>/dev/null || true; } |
         sed -n 's/^installed://p' | tr '\n' ' ')"
     for name in "$@"; do
         [[ $installed == *" $name "* ]] || missing+=("$name")
