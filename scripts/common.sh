@@ -1,7 +1,7 @@
 # Shared by ./run and ./check (sourced by bash, in the repository's root).
 
 # Debian packages, every one that the project uses.
-packages_build=(g++ cmake ninja-build pkg-config ccache libgl-dev libegl-dev libx11-dev
+packages_build=(g++ cmake ninja-build pkg-config ccache libgl-dev libopengl-dev libegl-dev libx11-dev
     libfast-float-dev libcli11-dev libfmt-dev nlohmann-json3-dev libpng-dev)
 packages_drawing=(libgl1 libegl1 libegl-mesa0 libgl1-mesa-dri)
 packages_test=(git python3 binutils libgtest-dev libgmock-dev libbenchmark-dev xvfb libxtst-dev
