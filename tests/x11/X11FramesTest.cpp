@@ -112,8 +112,8 @@ TEST_F(X11Frames, ResizedWindowShowsTheLastPictureAndThenANewOne) {
 
         // The last picture, as large as its proportions allow.
         host.Resize(xid, 400, 160);
+        EXPECT_TRUE(ProcessUntil([&window] { return window.frame.GetScreenWidth() == 400U; }));
         EXPECT_TRUE(window.Shows(RED, 50));
-        EXPECT_EQ(window.frame.GetScreenWidth(), 400U);
         window.frame.Render();
         EXPECT_TRUE(window.Shows(RED, 100));
         host.Resize(xid, 80, 80);
