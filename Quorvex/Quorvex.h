@@ -23,4 +23,10 @@
 #include <Quorvex/scene/RenderObject.h>
 #include <Quorvex/scene/RenderObjectAttribute.h>
 #include <Quorvex/scene/RenderObjectData.h>
+#include <Quorvex/scene/Storage.h>
 #include <Quorvex/view/View.h>
+#include <Quorvex/volume/Brick.h>
+#include <Quorvex/volume/Volume.h>
+#include <Quorvex/volume/VolumeAttribute.h>
+#include <Quorvex/volume/VolumeData.h>
+#include <Quorvex/volume/VolumeRenderer.h>

@@ -16,14 +16,14 @@ ClipPlanes::ClipPlanes(const VolumeAttribute& attribute) {
 
 void ClipPlanes::Enable() const {
     for (const Plane& plane : m_planes) {
-        glEnable(GL_CLIP_PLANE0 + plane.index);
-        glClipPlane(GL_CLIP_PLANE0 + plane.index, plane.equation);
+        glEnable(GLenum{GL_CLIP_PLANE0} + plane.index);
+        glClipPlane(GLenum{GL_CLIP_PLANE0} + plane.index, plane.equation);
     }
 }
 
 void ClipPlanes::Disable() const {
     for (const Plane& plane : m_planes) {
-        glDisable(GL_CLIP_PLANE0 + plane.index);
+        glDisable(GLenum{GL_CLIP_PLANE0} + plane.index);
     }
 }
 

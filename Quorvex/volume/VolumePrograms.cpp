@@ -2,6 +2,7 @@
 
 #include <Quorvex/core/EntryPoints.h>
 #include <Quorvex/core/Shader.h>
+#include <Quorvex/volume/VolumeData.h>
 
 namespace KOVA::Quorvex {
 
@@ -116,6 +117,17 @@ VolumeProgram Build(const char* fragmentSource) {
 VolumeProgram s_programs[2]; // classifying, lit
 
 } // namespace
+
+void VolumeProgram::UseTextureScale(const VolumeData& data) const {
+    const Vector3f scale = data.GetTex1();
+    EntryPoints::glUniform4fARB(textureScale, scale.x, scale.y, scale.z, 1.0F);
+}
+
+void VolumeProgram::UseBrick(const VolumeData& data, const Brick& brick) const {
+    const Vector3f origin = brick.GetBB0() - data.GetTex2();
+    glBindTexture(GL_TEXTURE_3D, brick.GetTextureID());
+    EntryPoints::glUniform4fARB(textureOrigin, origin.x, origin.y, origin.z, 1.0F);
+}
 
 const VolumeProgram& GetVolumeProgram(bool lit) {
     VolumeProgram& program = s_programs[lit ? 1 : 0];

@@ -2,8 +2,16 @@
 
 namespace KOVA::Quorvex {
 
+class Brick;
+class VolumeData;
+
 // A linked program with the places of its uniforms; -1 for those that it does not have.
 struct VolumeProgram {
+    // Between bricks of one volume only the second changes: it binds the brick's texture and says where it lies. The
+    // program must be in use and texture unit 0 active.
+    void UseTextureScale(const VolumeData& data) const;
+    void UseBrick(const VolumeData& data, const Brick& brick) const;
+
     unsigned int handle = 0;
     int tex = -1;            // brick texture unit
     int tff = -1;            // transfer function's texture unit

@@ -1,6 +1,6 @@
 #include <Quorvex/volume/VolumeRenderer.h>
 
-#include <algorithm>
+#include <array>
 #include <cassert>
 #include <cmath>
 
@@ -10,6 +10,7 @@
 #include <Quorvex/core/GlThread.h>
 #include <Quorvex/core/Shader.h>
 #include <Quorvex/frame/RenderFrame.h>
+#include <Quorvex/volume/BrickOrder.h>
 #include <Quorvex/volume/ClipPlanes.h>
 #include <Quorvex/volume/VisibleIntensities.h>
 #include <Quorvex/volume/Volume.h>
@@ -29,7 +30,6 @@ namespace {
 
 constexpr int TABLE_SIZE = 256;
 constexpr float BRICK_VOXEL = 1.0F / 32.0F; // in texture coordinates of a brick
-constexpr GLenum s_textureTargets[] = {GL_TEXTURE_3D, GL_TEXTURE_2D, GL_TEXTURE_1D};
 
 // However a volume's drawing ends, also by a throw: its state does not outlive it.
 class CleanUpScope {
@@ -39,12 +39,6 @@ public:
     CleanUpScope& operator=(const CleanUpScope&) = delete;
     ~CleanUpScope() { VolumeRenderer::CleanUp(); }
 };
-
-void SelectTextureUnit(unsigned int unit) {
-    if (EntryPoints::glActiveTexture != nullptr) {
-        EntryPoints::glActiveTexture(GL_TEXTURE0 + unit);
-    }
-}
 
 void SetBlendEquation(GLenum equation) {
     if (EntryPoints::glBlendEquationEXT != nullptr) {
@@ -69,7 +63,7 @@ void DeleteTexture(unsigned int& texture) {
     texture = 0;
 }
 
-GLenum BlendEquationOf(int mode) {
+GLenum BlendEquationOf(unsigned int mode) {
     switch (mode) {
     case VolumeAttribute::MinimumIntensity:
         return GL_MIN_EXT;
@@ -80,8 +74,8 @@ GLenum BlendEquationOf(int mode) {
     }
 }
 
-bool IsKnownMode(int mode) {
-    return mode >= VolumeAttribute::Shaded && mode <= VolumeAttribute::MaximumIntensity;
+bool IsKnownMode(unsigned int mode) {
+    return mode <= VolumeAttribute::MaximumIntensity;
 }
 
 // The table with the opacity that samples have when they stand exponent times as dense (or thin) as it was made for.
@@ -111,7 +105,9 @@ bool VolumeRenderer::Init() {
     m_handleProgram = 0;
     ForgetVolumePrograms();
     m_transferTexture = MakeTransferTexture();
-    std::fill(std::begin(s_sliceTextures), std::end(s_sliceTextures), 0U);
+    for (unsigned int& texture : s_sliceTextures) {
+        texture = MakeTransferTexture();
+    }
     m_bInit = true;
     s_bSupportsIntensityMinMax = isExtensionSupported("GL_EXT_blend_minmax");
     return true;
@@ -142,14 +138,14 @@ void VolumeRenderer::SetTransferFunction(unsigned int texture, const ColorRGBA* 
     glTexImage1D(GL_TEXTURE_1D, 0, GL_RGBA16F_ARB, TABLE_SIZE, 0, GL_RGBA, GL_FLOAT, corrected.data());
 }
 
-void VolumeRenderer::loadProgram(int mode) {
+void VolumeRenderer::loadProgram(unsigned int mode) {
     m_handleProgram = IsKnownMode(mode) ? GetVolumeProgram(mode == VolumeAttribute::Shaded).handle : 0;
-    m_loadedProgram = mode;
+    m_loadedProgram = static_cast<int>(mode);
 }
 
-void VolumeRenderer::setMode(int mode, const Vector3f& lightDirection, float gradientStep, float shininess,
+void VolumeRenderer::setMode(unsigned int mode, const Vector3f& lightDirection, float gradientStep, float shininess,
                              const ColorRGBA& ambient) {
-    if (mode != m_loadedProgram) {
+    if (static_cast<int>(mode) != m_loadedProgram) {
         loadProgram(mode);
     }
     if (!IsKnownMode(mode)) {
@@ -184,8 +180,8 @@ void VolumeRenderer::CleanUp() {
     for (const unsigned int unit : {1U, 0U}) {
         if (unit == 0 || EntryPoints::glActiveTexture != nullptr) {
             SelectTextureUnit(unit);
-            for (const GLenum target : {GL_TEXTURE_3D, GL_TEXTURE_2D, GL_TEXTURE_1D}) {
-                glDisable(target);
+            for (const int target : {GL_TEXTURE_3D, GL_TEXTURE_2D, GL_TEXTURE_1D}) {
+                glDisable(static_cast<GLenum>(target));
             }
         }
     }
@@ -274,11 +270,6 @@ bool VolumeRenderer::Render(RenderFrame& frame, bool quality, const Volume* volu
     SetTransferFunction(m_transferTexture, attribute.GetTransferFunctionTable(), 1.0F / samples);
     SelectTextureUnit(0);
     return RenderBackToFront(frame, data, attribute, order, data.getVoxelSize() / samples, quality);
-}
-
-void VolumeRenderer::RenderUserSlices(VolumeData& data, const VolumeAttribute& attribute,
-                                      const std::vector<unsigned int>& order) {
-    setMode(VolumeAttribute::Unshaded, {}, 0.0F, 0.0F, {});
 }
 
 } // namespace KOVA::Quorvex

@@ -19,8 +19,8 @@ public:
     // The driver has finished all that it was given.
     void Finished(double now);
 
-    // The most that a piece may hold.
-    double Limit() const { return m_limit; }
+    // How much more the piece may hold; never less than nothing.
+    double Room() const { return m_work < m_limit ? m_limit - m_work : 0.0; }
 
 private:
     double m_seconds;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include <Quorvex/core/Colors.h>
 #include <Quorvex/core/Export.h>
 #include <Quorvex/core/Vectors.h>
@@ -49,15 +51,18 @@ public:
 
 private:
     static void SetTransferFunction(unsigned int texture, const ColorRGBA* table, float exponent);
-    static void loadProgram(int mode);
-    static void setMode(int mode, const Vector3f& lightDirection, float gradientStep, float shininess,
+    static void loadProgram(unsigned int mode);
+    static void setMode(unsigned int mode, const Vector3f& lightDirection, float gradientStep, float shininess,
                         const ColorRGBA& ambient);
-    static void DrawBoxes(const VolumeData& data, const VolumeAttribute& attribute);
-    static void RenderUserSlices(RenderFrame& frame, VolumeData& data, const VolumeAttribute& attribute);
-    static bool RenderBackToFront(RenderFrame& frame, VolumeData& data, const VolumeAttribute& attribute,
-                                  double sliceDistance, const VisibleIntensities& visible, bool quality);
+    static void DrawBoxes(const VolumeData& data, const VolumeAttribute& attribute, const VisibleIntensities& visible);
 
-    static unsigned int s_sliceTextures[6]; // transfer functions of the user slices, 0 until they are used
+    // order: the bricks back to front, as places in the data's list.
+    static void RenderUserSlices(const VolumeData& data, const VolumeAttribute& attribute,
+                                 const std::vector<unsigned int>& order);
+    static bool RenderBackToFront(RenderFrame& frame, const VolumeData& data, const VolumeAttribute& attribute,
+                                  const std::vector<unsigned int>& order, double sliceDistance, bool quality);
+
+    static unsigned int s_sliceTextures[6]; // transfer functions of the user slices
 };
 
 } // namespace KOVA::Quorvex
