@@ -1,9 +1,37 @@
 #pragma once
 
-#include <cstdint>
+// The handle and message types of the interface. On Windows they are the system's own (64-bit programs), reachable in
+// this namespace too, so that a host's source is the same everywhere. Elsewhere they carry the same names; the handles
+// are opaque, and only the platform layer looks inside.
 
-// The handle and message types of the interface. They carry the names that hosts know from their windowing system;
-// the handles are opaque, and only the platform layer looks inside.
+#if defined(_WIN32)
+
+#if !defined(NOMINMAX)
+#define NOMINMAX
+#endif
+#if !defined(WIN32_LEAN_AND_MEAN)
+#define WIN32_LEAN_AND_MEAN
+#endif
+#include <windows.h>
+
+namespace KOVA::Quorvex {
+
+using ::DWORD;
+using ::HDC;
+using ::HGLRC;
+using ::HWND;
+using ::LPARAM;
+using ::LRESULT;
+using ::UINT;
+using ::UINT_PTR;
+using ::WNDPROC;
+using ::WPARAM;
+
+} // namespace KOVA::Quorvex
+
+#else
+
+#include <cstdint>
 
 namespace KOVA::Quorvex {
 
@@ -36,3 +64,5 @@ constexpr WPARAM SIZE_RESTORED = 0;
 constexpr WPARAM SIZE_MINIMIZED = 1;
 
 } // namespace KOVA::Quorvex
+
+#endif

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 #include <Quorvex/platform/Handles.h>
 
 // Seam: the message queue of the thread that called Quorvex::Init.

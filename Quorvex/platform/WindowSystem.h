@@ -15,7 +15,8 @@ HWND WindowOf(HDC deviceContext);
 // Size of the client area in pixels. False, and both untouched, when the window is gone.
 bool GetClientSize(HWND window, unsigned int* width, unsigned int* height);
 
-// The library's window that has the keyboard focus, itself or through a window above or below it; null when none has.
+// The window of this thread that has the keyboard focus. Where only the library's windows are known, the one of them
+// that has it, itself or through a window above or below it. Null when none has.
 HWND FocusWindow();
 
 // Every window has a replaceable procedure and a user pointer. The procedure of a window that nobody has subclassed is

@@ -99,7 +99,7 @@ bool VolumeData::Update(STORAGE storage) {
 }
 
 bool VolumeData::createBricksOfSize(const VolumeData* source, int sx, int sy, int sz, int border) {
-    if (glTexImage3DEXT == nullptr || border < 0 || std::min({sx, sy, sz}) <= border) {
+    if (glTexImage3DEXT == nullptr || source->getNumBlocks() == 0 || border < 0 || std::min({sx, sy, sz}) <= border) {
         return true;
     }
     assert(IsGlThread());

@@ -7,9 +7,9 @@
 #include <system_error>
 
 #include <fmt/format.h>
-#include <png.h>
 
 #include "Failure.h"
+#include "system/System.h"
 
 namespace fs = std::filesystem;
 
@@ -76,7 +76,7 @@ private:
     void OpenTemporary() {
         for (int i = 0; i < 100 && m_file == nullptr; ++i) {
             const fs::path name = fs::path(m_target).concat(fmt::format(".{}.part", i));
-            m_file = std::fopen(name.string().c_str(), "wbx"); // x: never another program's file
+            m_file = CreateNewFile(name.string()); // never another program's file
             if (m_file != nullptr) {
                 m_temporary = name;
             } else if (errno != EEXIST) {
@@ -113,14 +113,8 @@ void CheckWritable(const std::string& path) {
 
 void WritePng(const std::string& path, PictureSize size, const std::vector<unsigned char>& pixels) {
     Output output(path);
-    png_image image{};
-    image.version = PNG_IMAGE_VERSION;
-    image.width = size.width;
-    image.height = size.height;
-    image.format = PNG_FORMAT_RGB;
     errno = 0;
-    if (png_image_write_to_stdio(&image, output.File(), 0, pixels.data(), 0, nullptr) == 0 ||
-        std::fflush(output.File()) != 0) {
+    if (!EncodePng(output.File(), size.width, size.height, pixels) || std::fflush(output.File()) != 0) {
         Fail(path, errno);
     }
     output.Commit();

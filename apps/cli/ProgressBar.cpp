@@ -4,27 +4,11 @@
 #include <cstdio>
 #include <string>
 
-#if defined(_WIN32)
-#include <io.h>
-#else
-#include <unistd.h>
-#endif
-
 #include <fmt/format.h>
 
+#include "system/System.h"
+
 namespace KOVA::Quorvex::cli {
-
-namespace {
-
-bool StandardErrorIsTerminal() {
-#if defined(_WIN32)
-    return _isatty(_fileno(stderr)) != 0;
-#else
-    return isatty(STDERR_FILENO) != 0;
-#endif
-}
-
-} // namespace
 
 ProgressBar::ProgressBar() : m_start(std::chrono::steady_clock::now()), m_terminal(StandardErrorIsTerminal()) {}
 

@@ -93,8 +93,9 @@ TEST_F(LifecycleGLTest, SizeAndPaintShowTheLastPictureWithoutScheduling) {
 
 TEST_F(LifecycleGLTest, MinimisedAndEmptySizesKeepTheLast) {
     FrameFixture f(40, 30);
-    for (const auto& [wParam, width, height] : {std::tuple(SIZE_MINIMIZED, 0, 0), std::tuple(SIZE_MINIMIZED, 50, 50),
-                                                std::tuple(SIZE_RESTORED, 0, 20), std::tuple(SIZE_RESTORED, 20, 0)}) {
+    using Case = std::tuple<WPARAM, int, int>;
+    for (const auto& [wParam, width, height] : {Case(SIZE_MINIMIZED, 0, 0), Case(SIZE_MINIMIZED, 50, 50),
+                                                Case(SIZE_RESTORED, 0, 20), Case(SIZE_RESTORED, 20, 0)}) {
         Send(f.window, WM_SIZE, wParam, SizeParameter(width, height));
         EXPECT_EQ(f.frame.GetScreenWidth(), 40U);
         EXPECT_EQ(f.frame.GetScreenHeight(), 30U);

@@ -122,7 +122,7 @@ TEST(StlNumber, NumbersMayBeLongerThanBuffers) {
 // Switches to a locale with a decimal comma: an installed one, or one that is made for the test.
 class DecimalComma {
 public:
-    explicit DecimalComma(const Directory& directory) {
+    explicit DecimalComma([[maybe_unused]] const Directory& directory) {
         for (const char* const name : {"de_DE.UTF-8", "de_DE.utf8", "de_DE", "fr_FR.UTF-8", "German_Germany.1252"}) {
             if (std::setlocale(LC_NUMERIC, name) != nullptr) {
                 return;

@@ -1,5 +1,6 @@
 // How the library gets along with what else the process does with X and OpenGL.
 
+#include <cstdlib>
 #include <cstring>
 
 #include <gtest/gtest.h>
@@ -54,6 +55,13 @@ TEST(X11Process, ErrorHandlerStaysTheHosts) {
     EXPECT_EQ(s_errorsOfFirst, 1);
     EXPECT_EQ(s_errorsOfSecond, 1);
     EXPECT_EQ(XSetErrorHandler(nullptr), SecondHandler);
+}
+
+TEST(X11Process, WindowsNeedADisplayServer) {
+    unsetenv("DISPLAY");
+    EXPECT_EQ(AttachX11Window(1, nullptr), nullptr);
+    EXPECT_EQ(AttachX11Window(1, ":9999"), nullptr);
+    EXPECT_EQ(platform::FocusWindow(), nullptr);
 }
 
 int s_warnings = 0;

@@ -1,0 +1,34 @@
+#include <Quorvex/platform/NativeWindow.h>
+
+#include <Quorvex/platform/win32/HiddenWindows.h>
+
+namespace KOVA::Quorvex {
+
+namespace {
+
+constexpr int MAX_OFFSCREEN_SIZE = 4096;
+
+bool IsOffscreenSize(int width, int height) {
+    return width >= 1 && width <= MAX_OFFSCREEN_SIZE && height >= 1 && height <= MAX_OFFSCREEN_SIZE;
+}
+
+} // namespace
+
+HWND CreateOffscreenWindow(int width, int height) {
+    return IsOffscreenSize(width, height) ? platform::CreateHiddenWindow(width, height) : nullptr;
+}
+
+// The system delivers WM_SIZE, and only when the size is another one.
+bool ResizeOffscreenWindow(HWND window, int width, int height) {
+    constexpr UINT sizeOnly = SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE;
+    return platform::IsHiddenWindow(window) && IsOffscreenSize(width, height) &&
+           SetWindowPos(window, nullptr, 0, 0, width, height, sizeOnly) != 0;
+}
+
+void ReleaseWindow(HWND window) {
+    if (platform::IsHiddenWindow(window)) {
+        DestroyWindow(window);
+    }
+}
+
+} // namespace KOVA::Quorvex

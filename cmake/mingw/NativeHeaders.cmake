@@ -1,0 +1,17 @@
+# Header-only libraries of the native system, for the build for another one: each is linked into a folder of its own,
+# as the folder that it is in has the native system's own headers too.
+function(quorvex_import_native_headers target header)
+    get_filename_component(folder ${header} DIRECTORY)
+    set(imported ${CMAKE_BINARY_DIR}/native-headers/${folder})
+    if(NOT EXISTS /usr/include/${header})
+        message(FATAL_ERROR "/usr/include/${header} is missing")
+    endif()
+    if(NOT EXISTS ${imported}/${folder})
+        file(MAKE_DIRECTORY ${imported})
+        file(CREATE_LINK /usr/include/${folder} ${imported}/${folder} SYMBOLIC)
+    endif()
+    if(NOT TARGET ${target})
+        add_library(${target} INTERFACE IMPORTED GLOBAL)
+        target_include_directories(${target} INTERFACE ${imported})
+    endif()
+endfunction()
