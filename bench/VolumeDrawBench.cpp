@@ -1,7 +1,7 @@
-// Drawing volumes. A part of 256^3 or 512^3 voxels at 800 x 600 with four slices a voxel. Passes stand beside what bounds
-// them: as many fragments as their polygons cover, drawn in full-screen quads through the same program, from one brick.
-// The counters are medians in milliseconds; ratio is the pass's time over the bound's, submit the share of a pass whose
-// triangles are all thrown away before they are filled.
+// Drawing volumes. A part of 256^3 or 512^3 voxels at 800 x 600 with four slices a voxel. Passes stand beside what
+// bounds them: as many fragments as their polygons cover, drawn in full-screen quads through the same program, from one
+// brick. The counters are medians in milliseconds; ratio is the pass's time over the bound's, submit the share of a
+// pass whose triangles are all thrown away before they are filled.
 
 #include <algorithm>
 #include <chrono>
@@ -56,7 +56,9 @@ unsigned char PartAt(float x, float y, float z, float voxels) {
 
 Volume MakePart(unsigned int n) {
     auto* const data = new VolumeData(n, n, n);
-    const auto at = [n](unsigned int i) { return (2.0F * static_cast<float>(i) + 1.0F) / static_cast<float>(n) - 1.0F; };
+    const auto at = [n](unsigned int i) {
+        return (2.0F * static_cast<float>(i) + 1.0F) / static_cast<float>(n) - 1.0F;
+    };
     const auto fill = [&](unsigned int first) {
         for (unsigned int z = first; z < n; z += 2) {
             for (unsigned int y = 0; y < n; ++y) {

@@ -208,9 +208,9 @@ private:
     Vector3f m_lightTransformed{0.0F, 0.0F, 0.0F};
     WNDPROC m_previousProcedure = nullptr;
     float m_progress = 0.0F;
-    int m_progressLine = 0;  // pixels shown of it
-    double m_nextLine = 0.0; // counter from which it is due again
-    double m_nextPoll = 0.0; // counter from which messages are looked for
+    int m_progressLine = 0;                                 // pixels shown of it
+    double m_nextLine = 0.0;                                // counter from which it is due again
+    double m_nextPoll = 0.0;                                // counter from which messages are looked for
     std::shared_ptr<const unsigned int> m_grayScaleProgram; // program object, made at first use, shared by copies
     double m_counterFrequency;
     double m_passDuration = 0.0;

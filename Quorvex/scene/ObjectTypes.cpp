@@ -152,9 +152,8 @@ unsigned int ObjectTypes::GetNumObjects() const {
 
 bool ObjectTypes::HoldsVolumes() const {
     const auto& groups = m_groups.All();
-    return m_volumes.Count() > 0 || std::any_of(groups.begin(), groups.end(), [](const auto& element) {
-               return element->object.HoldsVolumes();
-           });
+    return m_volumes.Count() > 0 || std::any_of(groups.begin(), groups.end(),
+                                                [](const auto& element) { return element->object.HoldsVolumes(); });
 }
 
 Vector3f ObjectTypes::GetBB0() {

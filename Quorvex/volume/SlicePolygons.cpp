@@ -125,8 +125,8 @@ int BoxSlicer::Cut(std::int64_t k, Vector3f* points) const {
         const float* high = m_high;
         float* coordinate = point;
         // Where rounding carries it off the edge, it stops at the end.
-        coordinate[axis] = std::max(low[axis], std::min(high[axis], static_cast<float>(plane * m_scale[axis] +
-                                                                                        m_offset[axis][edge % 4])));
+        coordinate[axis] = std::max(
+            low[axis], std::min(high[axis], static_cast<float>(plane * m_scale[axis] + m_offset[axis][edge % 4])));
     }
     return cycle.count;
 }

@@ -41,9 +41,9 @@ private:
     Vector3f m_high;
     std::int64_t m_first = 0;
     std::int64_t m_last = -1;
-    double m_corners[8];    // place in the stack of corner x + 2y + 4z
-    double m_scale[3];      // how far along an axis the next plane cuts the same edge
-    double m_offset[3][4];  // where plane 0 cuts the four edge lines along an axis
+    double m_corners[8];   // place in the stack of corner x + 2y + 4z
+    double m_scale[3];     // how far along an axis the next plane cuts the same edge
+    double m_offset[3][4]; // where plane 0 cuts the four edge lines along an axis
 };
 
 // Area of a plane polygon in units of its coordinates.

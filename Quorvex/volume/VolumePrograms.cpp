@@ -8,14 +8,13 @@ namespace KOVA::Quorvex {
 
 namespace {
 
-const char* const s_classifying =
-    "uniform sampler1D tff;\t\t\t\t\t\t   "
-    "uniform sampler3D tex;\t\t\t\t\t\t   "
-    "void main(void)\t\t\t\t\t\t   "
-    "{\t\t\t\t\t\t   "
-    "float fValue = texture3D(tex, gl_TexCoord[0].xyz).x;\t\t\t\t\t\t   "
-    "gl_FragColor = texture1D(tff, fValue);\t\t\t\t\t\t   "
-    "}";
+const char* const s_classifying = "uniform sampler1D tff;\t\t\t\t\t\t   "
+                                  "uniform sampler3D tex;\t\t\t\t\t\t   "
+                                  "void main(void)\t\t\t\t\t\t   "
+                                  "{\t\t\t\t\t\t   "
+                                  "float fValue = texture3D(tex, gl_TexCoord[0].xyz).x;\t\t\t\t\t\t   "
+                                  "gl_FragColor = texture1D(tff, fValue);\t\t\t\t\t\t   "
+                                  "}";
 
 const char* const s_shading =
     "uniform sampler1D tff;\t\t\t\t\t\t   "
@@ -38,15 +37,14 @@ const char* const s_shading =
     "gl_FragColor = vLight*texture1D(tff, fValue);\t\t\t\t\t\t   "
     "}";
 
-const char* const s_vertexShader =
-    "uniform vec4 v1;\t\t\t\t"
-    "uniform vec4 v2;\t\t\t\t"
-    "void main(void)\t\t\t\t"
-    "{\t\t\t\t"
-    "gl_ClipVertex = gl_ModelViewMatrix*gl_Vertex;\t\t\t\t"
-    "gl_Position = gl_ModelViewProjectionMatrix*gl_Vertex;\t\t\t\t"
-    "gl_TexCoord[0] = v1*(gl_Vertex-v2); \t\t\t\t"
-    "}";
+const char* const s_vertexShader = "uniform vec4 v1;\t\t\t\t"
+                                   "uniform vec4 v2;\t\t\t\t"
+                                   "void main(void)\t\t\t\t"
+                                   "{\t\t\t\t"
+                                   "gl_ClipVertex = gl_ModelViewMatrix*gl_Vertex;\t\t\t\t"
+                                   "gl_Position = gl_ModelViewProjectionMatrix*gl_Vertex;\t\t\t\t"
+                                   "gl_TexCoord[0] = v1*(gl_Vertex-v2); \t\t\t\t"
+                                   "}";
 
 void RequireStatus(GLhandleARB object, GLenum status) {
     GLint succeeded = 0;

@@ -13,12 +13,12 @@ struct VolumeProgram {
     void UseBrick(const VolumeData& data, const Brick& brick) const;
 
     unsigned int handle = 0;
-    int tex = -1;            // brick texture unit
-    int tff = -1;            // transfer function's texture unit
-    int textureScale = -1;   // v1: texture units per world unit
-    int textureOrigin = -1;  // v2: world point of texture coordinate 0
+    int tex = -1;           // brick texture unit
+    int tff = -1;           // transfer function's texture unit
+    int textureScale = -1;  // v1: texture units per world unit
+    int textureOrigin = -1; // v2: world point of texture coordinate 0
     int shininess = -1;
-    int gradientStep = -1;   // vVoxelSize
+    int gradientStep = -1; // vVoxelSize
     int ambient = -1;
     int lightDirection = -1;
 };
