@@ -75,7 +75,13 @@ start_display
 # Wine's services start with the first program and stay until the last one ends. They hold the descriptors of the program
 # that started them, so that whoever waits for its output would wait for them: this one starts them, and stays until its
 # input ends, which is when this script ends, one way or another.
+rm -f "$WINEPREFIX/started"
 exec {keeper}> >(exec "$wine" cmd >/dev/null 2>&1 {lock}>&-)
+printf 'echo started>"Z:%s"\r\n' "$WINEPREFIX/started" >&"$keeper"
+for ((waited = 0; waited < 600; ++waited)); do
+    [[ ! -e $WINEPREFIX/started ]] || break
+    sleep 0.05
+done
 
 status=0
 run "$@" {lock}>&- {keeper}>&- </dev/null &

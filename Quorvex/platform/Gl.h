@@ -15,7 +15,8 @@ struct PixelFormat {
 };
 
 // Gives a device context its pixel format, once; a later call on the same device context returns true and changes
-// nothing. False when the device context is null or its window is gone, or when no such format can be had.
+// nothing. False when the device context is null or its window is gone, or when no such format can be had; a system may
+// choose the nearest one that it has.
 bool SetPixelFormat(HDC deviceContext, const PixelFormat& format);
 
 // Makes a compatibility-profile context for device contexts of the given one's pixel format. With a share context the

@@ -25,7 +25,7 @@ bool WriteHeader(OutputFile& file, const RekHeader& header) {
 }
 
 std::string Quoted(const char* path) {
-    return "'" + std::string(path) + "'";
+    return "'" + std::string(path != nullptr ? path : "") + "'";
 }
 
 // A raw file that was opened and has the length that the header asks for.
@@ -117,7 +117,7 @@ private:
 
 bool VolumeWriter::WriteREK(const char* path, const VolumeData& data) {
     constexpr std::size_t largest = std::numeric_limits<std::int16_t>::max();
-    if (std::max({data.getDimX(), data.getDimY(), data.getDimZ()}) > largest) {
+    if (std::max({data.getDimX(), data.getDimY(), data.getDimZ()}) > largest || data.getNumBlocks() == 0) {
         return false;
     }
     RekHeader header;

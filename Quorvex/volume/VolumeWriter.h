@@ -17,7 +17,7 @@ namespace KOVA::Quorvex {
 // one line.
 class QUORVEX_API VolumeWriter {
 public:
-    // 8-bit samples. False when the file cannot be written or a dimension is larger than 32767.
+    // 8-bit samples. False when the file cannot be written, a dimension is larger than 32767, or there is no store.
     static bool WriteREK(const char* path, const VolumeData& data);
 
     // Told from 0 to 1 how far a stream is, on the calling thread.

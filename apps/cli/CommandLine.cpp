@@ -31,6 +31,7 @@ int Report(int code, std::string text) {
 
 void Parse(int argc, const char* const* argv) {
     CLI::App program("Pictures of measured parts and facts about them, without a window.", "quorvex");
+    program.allow_windows_style_options(false); // a path that begins with a slash is a path on every system
     program.set_version_flag("--version", "quorvex " QUORVEX_VERSION, "Print the version and exit");
     program.set_help_flag("-h,--help", "Print this help and exit");
     program.footer("Examples:\n"

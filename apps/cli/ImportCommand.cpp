@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 #include <exception>
 #include <limits>
@@ -12,8 +13,10 @@
 
 #include "Commands.h"
 #include "Failure.h"
+#include "FileReason.h"
 #include "ImportOptions.h"
 #include "ParsedOption.h"
+#include "PictureFile.h"
 #include "ProgressBar.h"
 
 namespace KOVA::Quorvex::cli {
@@ -35,6 +38,11 @@ FloatRange Measure(const ImportOptions& options, const RekHeader& header, const 
 }
 
 void Import(const ImportOptions& options) {
+    const std::string reason = ReasonOfSystem(options.raw);
+    if (!reason.empty()) {
+        throw Failure(fmt::format("cannot read '{}': {}", options.raw, reason));
+    }
+    CheckWritable(options.output);
     ProgressBar bar;
     RekHeader header;
     header.width = options.dims[0];

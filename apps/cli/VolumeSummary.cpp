@@ -35,6 +35,8 @@ VolumeSummary::Parts Part(const VolumeSummary& summary) {
     double count = 0.0;
     double sum = 0.0;
     double best = -1.0;
+    int firstBest = summary.low; // levels that no voxel has give the same variance: the middle of them is meant
+    int lastBest = summary.low;
     VolumeSummary::Parts parts{};
     for (int level = summary.low; level < summary.high; ++level) {
         const auto voxels = static_cast<double>(summary.histogram[static_cast<std::size_t>(level)]);
@@ -44,10 +46,12 @@ VolumeSummary::Parts Part(const VolumeSummary& summary) {
         const double variance = count * (total - count) * difference * difference;
         if (variance > best) {
             best = variance;
-            parts.threshold = level;
+            firstBest = level;
             parts.materialShare = (total - count) / total;
         }
+        lastBest = variance >= best ? level : lastBest;
     }
+    parts.threshold = (firstBest + lastBest) / 2;
     parts.air = MostFrequent(summary, summary.low, parts.threshold);
     parts.material = MostFrequent(summary, parts.threshold + 1, summary.high);
     return parts;

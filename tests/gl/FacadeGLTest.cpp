@@ -53,7 +53,9 @@ TEST_F(FacadeGLTest, EntryPointsAreOnlyThoseOfTheDriver) {
     initOpenGL1_3Extensions();
     init3DTextureExtension();
     EXPECT_NE(EntryPoints::glActiveTexture, nullptr);
-    EXPECT_NE(EntryPoints::glTexImage3DEXT, nullptr);
+    if (Library::CheckGLExtension("GL_EXT_texture3D")) { // one that is hidden may be exported all the same
+        EXPECT_NE(EntryPoints::glTexImage3DEXT, nullptr);
+    }
     EXPECT_NE(EntryPoints::Find("glMultiTexCoord4sv"), nullptr);
     EXPECT_EQ(EntryPoints::Find("glBindTexture"), nullptr) << "not one of the groups";
     EXPECT_EQ(Has(CAPABILITY_SHADER), EntryPoints::glUseProgramObjectARB != nullptr);

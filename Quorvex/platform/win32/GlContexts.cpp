@@ -4,14 +4,13 @@
 
 #include <Quorvex/platform/NativeWindow.h>
 #include <Quorvex/platform/win32/HiddenWindows.h>
+#include <Quorvex/platform/win32/PixelFormats.h>
 
 namespace KOVA::Quorvex {
 
 namespace platform {
 
-namespace {
-
-PIXELFORMATDESCRIPTOR Describe(const PixelFormat& format) {
+PIXELFORMATDESCRIPTOR DescribeFormat(const PixelFormat& format) {
     PIXELFORMATDESCRIPTOR descriptor{};
     descriptor.nSize = sizeof descriptor;
     descriptor.nVersion = 1;
@@ -25,6 +24,8 @@ PIXELFORMATDESCRIPTOR Describe(const PixelFormat& format) {
     descriptor.iLayerType = PFD_MAIN_PLANE;
     return descriptor;
 }
+
+namespace {
 
 // What a context is made current on when there is no window: the system has no context without a device context.
 // Made on the thread of the first context, with the format of that context's window, and kept.
@@ -74,7 +75,7 @@ bool SetPixelFormat(HDC deviceContext, const PixelFormat& format) {
     if (GetPixelFormat(deviceContext) != 0) {
         return WindowFromDC(deviceContext) != nullptr;
     }
-    const PIXELFORMATDESCRIPTOR descriptor = Describe(format);
+    const PIXELFORMATDESCRIPTOR descriptor = DescribeFormat(format);
     const int index = ChoosePixelFormat(deviceContext, &descriptor);
     return index != 0 && ::SetPixelFormat(deviceContext, index, &descriptor) != 0;
 }

@@ -8,6 +8,14 @@ namespace {
 
 constexpr int MAX_OFFSCREEN_SIZE = 4096;
 
+// A driver may keep the buffers of the old size until they are swapped.
+void RefreshBuffers(HWND window) {
+    const HDC current = wglGetCurrentDC();
+    if (current != nullptr && WindowFromDC(current) == window) {
+        SwapBuffers(current);
+    }
+}
+
 bool IsOffscreenSize(int width, int height) {
     return width >= 1 && width <= MAX_OFFSCREEN_SIZE && height >= 1 && height <= MAX_OFFSCREEN_SIZE;
 }
@@ -21,8 +29,12 @@ HWND CreateOffscreenWindow(int width, int height) {
 // The system delivers WM_SIZE, and only when the size is another one.
 bool ResizeOffscreenWindow(HWND window, int width, int height) {
     constexpr UINT sizeOnly = SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE;
-    return platform::IsHiddenWindow(window) && IsOffscreenSize(width, height) &&
-           SetWindowPos(window, nullptr, 0, 0, width, height, sizeOnly) != 0;
+    if (!platform::IsHiddenWindow(window) || !IsOffscreenSize(width, height) ||
+        SetWindowPos(window, nullptr, 0, 0, width, height, sizeOnly) == 0) {
+        return false;
+    }
+    RefreshBuffers(window);
+    return true;
 }
 
 void ReleaseWindow(HWND window) {
