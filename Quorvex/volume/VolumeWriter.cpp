@@ -70,8 +70,8 @@ private:
 };
 
 struct Limits {
-    static constexpr float above = std::numeric_limits<float>::infinity();
-    static constexpr float below = -above;
+    static constexpr float above = std::numeric_limits<float>::max();
+    static constexpr float below = std::numeric_limits<float>::lowest();
 
     float low = above;
     float high = below;
@@ -83,7 +83,7 @@ struct Limits {
         for (std::size_t i = 0; i < count; ++i) {
             float value = 0.0F;
             std::memcpy(&value, samples + i * sizeof(value), sizeof(value));
-            const bool finite = std::abs(value) < above;
+            const bool finite = std::abs(value) <= above; // not so what is no number
             const float lower = finite ? value : above;
             const float higher = finite ? value : below;
             lowest = lower < lowest ? lower : lowest;

@@ -3,9 +3,13 @@
 #include <cstring>
 #include <limits>
 #include <random>
+#include <string>
+#include <tuple>
+#include <vector>
 
 #include <gtest/gtest.h>
 
+#include <Quorvex/Quorvex.h>
 #include <Quorvex/platform/NativeWindow.h>
 #include <Quorvex/volume/RekFormat.h>
 
@@ -171,10 +175,10 @@ TEST(RekTest, LargeVolumesArriveWhole) {
             std::string expected(slice * depth, '\0');
             for (std::size_t i = 0; i < slice * depth; ++i) {
                 // The number itself as a byte and as a float, with anything below it as 16 bits.
-                const unsigned int noise = static_cast<unsigned int>(random());
+                const auto noise = static_cast<unsigned int>(random());
                 const auto voxel = static_cast<unsigned char>(noise & 0xFFU);
                 const float value = static_cast<float>(voxel) + 0.5F;
-                const std::uint16_t word = static_cast<std::uint16_t>(voxel << 8U | (noise >> 8U & 0xFFU));
+                const auto word = static_cast<std::uint16_t>((noise << 8U | noise >> 8U) & 0xFFFFU);
                 const void* const sample = bits == 8    ? static_cast<const void*>(&voxel)
                                            : bits == 16 ? static_cast<const void*>(&word)
                                                         : static_cast<const void*>(&value);
