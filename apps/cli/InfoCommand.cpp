@@ -14,6 +14,7 @@
 #include "MeshSummary.h"
 #include "ModelFile.h"
 #include "ProgressBar.h"
+#include "system/System.h"
 
 namespace KOVA::Quorvex::cli {
 
@@ -29,7 +30,7 @@ struct FileReport {
 FileReport Examine(const std::string& path) {
     const Mesh mesh = ReadModel(path);
     std::error_code failed;
-    const std::uintmax_t bytes = std::filesystem::file_size(path, failed);
+    const std::uintmax_t bytes = std::filesystem::file_size(PathOf(path), failed);
     return {path, IsBinaryModel(path), failed ? 0 : bytes, Summarize(mesh.GetData())};
 }
 

@@ -14,6 +14,7 @@
 #include <Quorvex/mesh/MeshReader.h>
 
 #include "Failure.h"
+#include "system/System.h"
 
 namespace KOVA::Quorvex::cli {
 
@@ -22,13 +23,13 @@ namespace {
 using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 
 File OpenForReading(const std::string& path) {
-    return {std::fopen(path.c_str(), "rb"), &std::fclose};
+    return {OpenFile(PathOf(path), "rb"), &std::fclose};
 }
 
 // Why the system does not let the file be read; empty when it does.
 std::string ReasonOfSystem(const std::string& path) {
     std::error_code ignored;
-    if (std::filesystem::is_directory(path, ignored)) {
+    if (std::filesystem::is_directory(PathOf(path), ignored)) {
         return "it is a folder";
     }
     errno = 0;
@@ -41,7 +42,7 @@ std::string ReasonOfReader(const std::string& path, MRError error) {
         return reason;
     }
     std::error_code failed;
-    if (std::filesystem::file_size(path, failed) == 0 && !failed) {
+    if (std::filesystem::file_size(PathOf(path), failed) == 0 && !failed) {
         return "the file is empty";
     }
     switch (error) {
