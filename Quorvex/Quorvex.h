@@ -23,4 +23,14 @@
 #include <Quorvex/scene/RenderObject.h>
 #include <Quorvex/scene/RenderObjectAttribute.h>
 #include <Quorvex/scene/RenderObjectData.h>
+#include <Quorvex/scene/Storage.h>
 #include <Quorvex/view/View.h>
+#include <Quorvex/volume/Brick.h>
+#include <Quorvex/volume/RekHeader.h>
+#include <Quorvex/volume/Volume.h>
+#include <Quorvex/volume/VolumeAttribute.h>
+#include <Quorvex/volume/VolumeBuilder.h>
+#include <Quorvex/volume/VolumeData.h>
+#include <Quorvex/volume/VolumeReader.h>
+#include <Quorvex/volume/VolumeRenderer.h>
+#include <Quorvex/volume/VolumeWriter.h>

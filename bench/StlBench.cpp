@@ -1,11 +1,7 @@
-#include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
-#include <functional>
 #include <memory>
 #include <random>
 #include <string>
@@ -20,10 +16,10 @@
 #include <Quorvex/mesh/StlAscii.h>
 #include <Quorvex/platform/File.h>
 
+#include "Compare.h"
 #include "FreshProcess.h"
 
-// Reading and writing STL beside what bounds them. A subject and its limit take turns, so that both see the same
-// machine; the counters are medians: limit_ms, and ratio, the subject's time over the limit's.
+// Reading and writing STL beside what bounds them.
 
 namespace {
 
@@ -100,31 +96,6 @@ private:
 const Files& TestFiles() {
     static const Files s_files;
     return s_files;
-}
-
-double Seconds(const std::function<void()>& work) {
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
-double Median(std::vector<double> values) {
-    std::nth_element(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2), values.end());
-    return values[values.size() / 2];
-}
-
-void Compare(benchmark::State& state, const std::function<void()>& subject, const std::function<void()>& limit) {
-    std::vector<double> subjectTimes;
-    std::vector<double> limitTimes;
-    for ([[maybe_unused]] auto iteration : state) {
-        limitTimes.push_back(Seconds(limit));
-        subjectTimes.push_back(Seconds(subject));
-        state.SetIterationTime(subjectTimes.back());
-    }
-    const double limitSeconds = Median(limitTimes);
-    state.counters["subject_ms"] = Median(subjectTimes) * 1000.0;
-    state.counters["limit_ms"] = limitSeconds * 1000.0;
-    state.counters["ratio"] = Median(subjectTimes) / limitSeconds;
 }
 
 std::vector<char> Bytes(const std::string& path) {
@@ -222,38 +193,14 @@ void WriteAgainstOneWrite(benchmark::State& state) {
         benchmark::DoNotOptimize(std::fwrite(bytes.data(), 1, bytes.size(), file));
         std::fclose(file);
     };
-    std::vector<double> subjectTimes;
-    std::vector<double> limitTimes;
-    for ([[maybe_unused]] auto iteration : state) {
-        fs::remove(output);
-        limitTimes.push_back(Seconds(oneWrite));
-        fs::remove(output);
-        subjectTimes.push_back(Seconds([&] { MeshWriter::WriteSTLBinary(output.c_str(), mesh); }));
-        state.SetIterationTime(subjectTimes.back());
-    }
-    state.counters["subject_ms"] = Median(subjectTimes) * 1000.0;
-    state.counters["limit_ms"] = Median(limitTimes) * 1000.0;
-    state.counters["ratio"] = Median(subjectTimes) / Median(limitTimes);
-}
-
-constexpr const char* readOnlyVariable = "QUORVEX_BENCH_READ";
-
-// Peak memory of a process that reads the file, in MiB.
-double PeakMemory(const std::string& path) {
-    const std::string program = fs::read_symlink("/proc/self/exe").string();
-    std::FILE* const reader = popen((std::string(readOnlyVariable) + "='" + path + "' '" + program + "'").c_str(), "r");
-    double kibibytes = 0.0;
-    if (std::fscanf(reader, "%lf", &kibibytes) != 1) {
-        std::abort();
-    }
-    pclose(reader);
-    return kibibytes / 1024.0;
+    Compare(
+        state, [&] { MeshWriter::WriteSTLBinary(output.c_str(), mesh); }, oneWrite, [&] { fs::remove(output); });
 }
 
 void PeakMemoryAgainstArrays(benchmark::State& state, const std::string& path, std::size_t triangles) {
     double peak = 0.0;
     for ([[maybe_unused]] auto iteration : state) {
-        peak = PeakMemory(path) - PeakMemory("");
+        peak = PeakMemory(path);
     }
     const double arrays = static_cast<double>(triangles * 6 * sizeof(Vector3f)) / (1024.0 * 1024.0);
     state.counters["peak_MiB"] = peak;
@@ -280,20 +227,3 @@ BENCHMARK(SequentialAsciiAgainstStrict)->UseManualTime()->Unit(benchmark::kMilli
 BENCHMARK(WriteAgainstOneWrite)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(15);
 
 } // namespace
-
-bool ReadInFreshProcess() {
-    const char* const path = std::getenv(readOnlyVariable);
-    if (path == nullptr) {
-        return false;
-    }
-    if (*path != '\0') {
-        Read(MeshReader::ReadSTL, path);
-    }
-    std::ifstream status("/proc/self/status");
-    std::string word;
-    while (status >> word && word != "VmHWM:") {
-    }
-    status >> word;
-    std::puts(word.c_str());
-    return true;
-}

@@ -6,13 +6,9 @@
 #include <Quorvex/core/Export.h>
 #include <Quorvex/core/Vectors.h>
 #include <Quorvex/scene/RenderObjectData.h>
+#include <Quorvex/scene/Storage.h>
 
 namespace KOVA::Quorvex {
-
-// Where array data is kept for drawing.
-enum STORAGE : int {
-    STORAGE_VBO = 0 // in the client array and, when the driver can, in a vertex buffer object as well
-};
 
 // The geometry of a mesh: colours, normals and positions (one per vertex, parallel arrays) and a list of indices, each
 // with an optional vertex buffer object that holds a copy on the graphics card.

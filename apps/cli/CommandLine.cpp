@@ -42,13 +42,14 @@ void Parse(int argc, const char* const* argv) {
     program.require_subcommand(0, 1);
     AddInfoCommand(program);
     AddRenderCommand(program);
+    AddImportCommand(program);
     AddCapabilitiesCommand(program);
 
     try {
         program.parse(argc, argv);
         // Asked here and not by the parser, which would say so of a misspelt one too.
         if (program.get_subcommands().empty()) {
-            throw CLI::ValidationError("a command is missing: info, render or capabilities");
+            throw CLI::ValidationError("a command is missing: info, render, import or capabilities");
         }
     } catch (const CLI::CallForHelp& help) {
         program.exit(help); // prints the help of the command that was asked

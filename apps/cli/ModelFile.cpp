@@ -2,9 +2,7 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <filesystem>
 #include <memory>
 #include <new>
@@ -14,6 +12,7 @@
 #include <Quorvex/mesh/MeshReader.h>
 
 #include "Failure.h"
+#include "FileReason.h"
 #include "system/System.h"
 
 namespace KOVA::Quorvex::cli {
@@ -24,16 +23,6 @@ using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 
 File OpenForReading(const std::string& path) {
     return {OpenFile(PathOf(path), "rb"), &std::fclose};
-}
-
-// Why the system does not let the file be read; empty when it does.
-std::string ReasonOfSystem(const std::string& path) {
-    std::error_code ignored;
-    if (std::filesystem::is_directory(PathOf(path), ignored)) {
-        return "it is a folder";
-    }
-    errno = 0;
-    return OpenForReading(path) != nullptr ? std::string() : std::strerror(errno);
 }
 
 std::string ReasonOfReader(const std::string& path, MRError error) {

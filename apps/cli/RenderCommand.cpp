@@ -1,4 +1,3 @@
-#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -8,6 +7,7 @@
 
 #include "Commands.h"
 #include "OffscreenSession.h"
+#include "ParsedOption.h"
 #include "PictureFile.h"
 #include "ProgressBar.h"
 #include "RenderOptions.h"
@@ -30,19 +30,6 @@ void Render(const RenderOptions& options) {
     } else {
         WritePng(options.output, options.size, studio.Draw());
     }
-}
-
-// An option whose text goes through one of the parsers of RenderOptions.h.
-void AddParsed(CLI::App& command, const std::string& name, const std::string& form, const std::string& help,
-               const std::function<void(const std::string&)>& parse) {
-    const auto callback = [name, parse](const std::string& text) {
-        try {
-            parse(text);
-        } catch (const std::invalid_argument& error) {
-            throw CLI::ValidationError(name, error.what());
-        }
-    };
-    command.add_option_function<std::string>(name, callback, help)->type_name(form);
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-// What comes with the programs: the sample part and the headless example.
+// What comes with the programs: the sample parts and the headless example.
 
 #include <array>
 #include <filesystem>
@@ -53,6 +53,43 @@ TEST(SampleTest, TheSurfaceIsClosedAndTurnsOutwards) {
     // A plate of radius 60 and thickness 10 with a hub of 22 and a bore of 17, less bolt holes and bevels.
     EXPECT_GT(volume, 95000.0);
     EXPECT_LT(volume, 120000.0);
+}
+
+TEST(SampleTest, TheVolumeIsWhatItsProgramMakesAndItsPoresLieApart) {
+    const Folder folder;
+    const std::string made = folder.Path("made.rek");
+    EXPECT_EQ(RunProgram(QUORVEX_MAKE_VOLUME_SAMPLE, {made}).code, 0);
+    const auto bytes = [](const std::string& path) {
+        std::ifstream file(path, std::ios::binary);
+        return std::string{std::istreambuf_iterator<char>(file), {}};
+    };
+    EXPECT_TRUE(bytes(made) == bytes(QUORVEX_VOLUME_SAMPLE));
+    EXPECT_LT(std::filesystem::file_size(QUORVEX_VOLUME_SAMPLE), std::uintmax_t{1} << 20U);
+
+    // Every pore is one group of marked voxels, joined at corners too, inside the material.
+    const KOVA::Quorvex::Volume volume = KOVA::Quorvex::VolumeReader::ReadREK(made.c_str());
+    KOVA::Quorvex::VolumeData& data = volume.GetData();
+    int groups = 0;
+    std::vector<std::array<long long, 3>> waiting;
+    for (long long i = 0; i < 96 * 96 * 96; ++i) {
+        waiting.assign(1, {i % 96, i / 96 % 96, i / 96 / 96});
+        groups += data.getDataPtr()[i] == 255 ? 1 : 0;
+        while (!waiting.empty()) {
+            const auto [x, y, z] = waiting.back();
+            waiting.pop_back();
+            if (data.get(x, y, z) != 255) {
+                continue;
+            }
+            data.getDataPtr()[(z * 96 + y) * 96 + x] = 1;
+            for (int k = 0; k < 27; ++k) {
+                waiting.push_back({x + k % 3 - 1, y + k / 3 % 3 - 1, z + k / 9 - 1});
+                const auto [nx, ny, nz] = waiting.back();
+                const int level = data.get(nx, ny, nz);
+                ASSERT_TRUE(level == 1 || level > 70) << "a pore at the surface";
+            }
+        }
+    }
+    EXPECT_EQ(groups, 24);
 }
 
 #ifdef QUORVEX_HEADLESS

@@ -1,11 +1,5 @@
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <string>
-
-#include <sys/mman.h>
-#include <unistd.h>
 
 #include <Quorvex/mesh/MeshReader.h>
 #include <Quorvex/mesh/StlAscii.h>
@@ -13,36 +7,13 @@
 #include <Quorvex/mesh/StlTolerant.h>
 #include <Quorvex/platform/File.h>
 
+#include "MemoryFile.h"
+
 // Any bytes as an STL file: nothing may crash, leak or be read out of bounds, and ways that should agree must.
 
 namespace {
 
 using namespace KOVA::Quorvex;
-
-// A file in memory that has a name.
-class MemoryFile {
-public:
-    MemoryFile(const std::uint8_t* bytes, std::size_t count) : m_descriptor(memfd_create("stl", MFD_CLOEXEC)) {
-        if (write(m_descriptor, bytes, count) != static_cast<ssize_t>(count)) {
-            std::abort();
-        }
-    }
-    ~MemoryFile() { close(m_descriptor); }
-    MemoryFile(const MemoryFile&) = delete;
-    MemoryFile& operator=(const MemoryFile&) = delete;
-
-    std::string Path() const { return "/proc/self/fd/" + std::to_string(m_descriptor); }
-
-private:
-    int m_descriptor;
-};
-
-void Require(bool condition, const char* what) {
-    if (!condition) {
-        std::fprintf(stderr, "%s\n", what);
-        std::abort();
-    }
-}
 
 void RequireSound(const stl::Triangles& triangles) {
     if (!triangles) {

@@ -18,8 +18,8 @@ LAYERS = [
     ("view", ["view/*"]),
     ("extension loading", ["core/Extensions.*", "core/EntryPoints.*", "core/ExtensionTokens.h", "core/GlThread.*",
                            "core/OpenGL.h", "core/Shader.*"]),
-    ("scene base", ["scene/RenderObject*"]),
-    ("mesh", ["mesh/*"]),
+    ("scene base", ["scene/RenderObject*", "scene/Storage.h"]),
+    ("mesh and volume", ["mesh/*", "volume/*"]),
     ("scene container", ["scene/ObjectTypes.*", "scene/ObjectList.h"]),
     ("frame", ["frame/*"]),
     ("facade", ["core/Facade.cpp", "core/Scheduler.*"]),
@@ -29,7 +29,8 @@ PLATFORM = "platform implementation"
 PLATFORM_USES = ["value types", "platform interfaces", PLATFORM]
 
 # What draws asks the frame for its view and tells it the progress.
-EXCEPTIONS = [("mesh/*Renderer*", "frame/RenderFrame.h"), ("scene/ObjectTypes.cpp", "frame/RenderFrame.h")]
+EXCEPTIONS = [("mesh/*Renderer*", "frame/RenderFrame.h"), ("volume/*Renderer*", "frame/RenderFrame.h"),
+              ("scene/ObjectTypes.cpp", "frame/RenderFrame.h")]
 
 # Gives the system's own handle types where hosts have them.
 HANDLES = "platform/Handles.h"

@@ -1,0 +1,201 @@
+// What VolumeData does with OpenGL.
+
+#include <algorithm>
+#include <cassert>
+#include <cmath>
+#include <initializer_list>
+#include <vector>
+
+#include <Quorvex/core/EntryPoints.h>
+#include <Quorvex/core/Facade.h>
+#include <Quorvex/core/GlThread.h>
+#include <Quorvex/core/Parallel.h>
+#include <Quorvex/platform/Gl.h>
+#include <Quorvex/view/View.h>
+#include <Quorvex/volume/BrickFill.h>
+#include <Quorvex/volume/VolumeData.h>
+
+namespace KOVA::Quorvex {
+
+void (*VolumeData::glTexImage3DEXT)(unsigned int, int, unsigned int, int, int, int, int, unsigned int, unsigned int,
+                                    const void*) = nullptr;
+
+namespace {
+
+// The second context, on the main device context, for as long as this lives; then the main one.
+class LoadingContext {
+public:
+    LoadingContext()
+        : m_current(platform::MakeCurrent(Quorvex::s_hDeviceContext, Quorvex::s_hRenderContextMultiThread)) {}
+    LoadingContext(const LoadingContext&) = delete;
+    LoadingContext& operator=(const LoadingContext&) = delete;
+    ~LoadingContext() { platform::MakeCurrent(Quorvex::s_hDeviceContext, Quorvex::s_hRenderContext); }
+
+    explicit operator bool() const { return m_current; }
+
+private:
+    bool m_current;
+};
+
+// Rows follow each other without gaps while this lives, whatever the host set in the context that it is offered.
+class PackedRows {
+public:
+    PackedRows() {
+        glPushClientAttrib(GL_CLIENT_PIXEL_STORE_BIT);
+        glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
+        for (const GLenum zero :
+             std::initializer_list<GLenum>{GL_UNPACK_ROW_LENGTH, GL_UNPACK_SKIP_ROWS, GL_UNPACK_SKIP_PIXELS,
+                                           GL_UNPACK_IMAGE_HEIGHT, GL_UNPACK_SKIP_IMAGES}) {
+            glPixelStorei(zero, 0);
+        }
+    }
+    PackedRows(const PackedRows&) = delete;
+    PackedRows& operator=(const PackedRows&) = delete;
+    ~PackedRows() { glPopClientAttrib(); }
+};
+
+void UploadBrick(unsigned int texture, const bricks::Grid& grid, const unsigned char* voxels) {
+    glBindTexture(GL_TEXTURE_3D, texture);
+    for (const GLenum wrap : std::initializer_list<GLenum>{GL_TEXTURE_WRAP_S, GL_TEXTURE_WRAP_T, GL_TEXTURE_WRAP_R}) {
+        glTexParameteri(GL_TEXTURE_3D, wrap, GL_CLAMP);
+    }
+    glTexParameteri(GL_TEXTURE_3D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
+    glTexParameteri(GL_TEXTURE_3D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
+    VolumeData::glTexImage3DEXT(GL_TEXTURE_3D, 0, GL_LUMINANCE, static_cast<int>(grid.sizeX),
+                                static_cast<int>(grid.sizeY), static_cast<int>(grid.sizeZ), 0, GL_LUMINANCE,
+                                GL_UNSIGNED_BYTE, voxels);
+}
+
+Brick MakeBrick(const bricks::Grid& grid, std::size_t i, unsigned int texture, const bricks::Range& range) {
+    const std::size_t x = i % grid.x.count;
+    const std::size_t y = i / grid.x.count % grid.y.count;
+    const std::size_t z = i / grid.x.count / grid.y.count;
+    return {Vector3f(grid.x.Start(x), grid.y.Start(y), grid.z.Start(z)),
+            Vector3f(grid.x.Start(x + 1), grid.y.Start(y + 1), grid.z.Start(z + 1)), texture, range.low, range.high};
+}
+
+// Bricks that are filled together: enough to keep threads busy, little enough to stay in the cache until the upload.
+std::size_t BatchSize(const bricks::Grid& grid) {
+    constexpr std::size_t batchBytes = std::size_t{2} << 20;
+    return std::clamp<std::size_t>(batchBytes / grid.BrickBytes(), 1, 256);
+}
+
+} // namespace
+
+bool VolumeData::InitExtensions() {
+    if (!Quorvex::CheckGLExtension("GL_EXT_texture3D")) {
+        return false;
+    }
+    LoadEntryPoint(glTexImage3DEXT, "glTexImage3DEXT");
+    return glTexImage3DEXT != nullptr;
+}
+
+bool VolumeData::Update(STORAGE storage) {
+    if (storage != STORAGE_VBO) {
+        return false;
+    }
+    destroyBricks();
+    return createBricksOfSize(this, 32, 32, 32, 2);
+}
+
+bool VolumeData::createBricksOfSize(const VolumeData* source, int sx, int sy, int sz, int border) {
+    if (glTexImage3DEXT == nullptr || source->getNumBlocks() == 0 || border < 0 || std::min({sx, sy, sz}) <= border) {
+        return true;
+    }
+    assert(IsGlThread());
+    const bricks::Grid grid = bricks::CutVolume(*source, static_cast<std::size_t>(sx), static_cast<std::size_t>(sy),
+                                                static_cast<std::size_t>(sz), static_cast<std::size_t>(border));
+    const std::size_t count = grid.Count();
+    const std::size_t batch = std::min(count, BatchSize(grid));
+    const std::size_t brickBytes = grid.BrickBytes();
+    std::vector<unsigned char> staging(batch * brickBytes);
+    std::vector<bricks::Range> ranges(batch);
+    std::vector<unsigned int> textures(batch);
+    m_bricks.reserve(m_bricks.size() + count);
+
+    const LoadingContext context;
+    if (!context) {
+        return true;
+    }
+    const PackedRows packed;
+    for (std::size_t first = 0; first < count; first += batch) {
+        const std::size_t part = std::min(batch, count - first);
+        ParallelFor(part, [&](std::size_t i) {
+            ranges[i] = bricks::FillBrick(*source, grid, first + i, &staging[i * brickBytes]);
+        });
+        glGenTextures(static_cast<int>(part), textures.data());
+        for (std::size_t i = 0; i < part; ++i) {
+            UploadBrick(textures[i], grid, &staging[i * brickBytes]);
+            m_bricks.push_back(MakeBrick(grid, first + i, textures[i], ranges[i]));
+        }
+    }
+    if (count > 0) {
+        setTextureDimensions(m_bricks.back(), static_cast<unsigned int>(sx), static_cast<unsigned int>(sy),
+                             static_cast<unsigned int>(sz), static_cast<unsigned int>(border));
+    }
+    return true;
+}
+
+void VolumeData::destroyBricks() {
+    std::vector<unsigned int> textures;
+    textures.reserve(m_bricks.size());
+    for (const Brick& brick : m_bricks) {
+        if (brick.m_textureID != 0) {
+            textures.push_back(brick.m_textureID);
+        }
+    }
+    if (!textures.empty()) {
+        assert(IsGlThread());
+        glDeleteTextures(static_cast<int>(textures.size()), textures.data());
+    }
+    m_bricks.clear();
+}
+
+void VolumeData::sortBricks(const View* view) {
+    for (Brick& brick : m_bricks) {
+        brick.UpdateDistance(view);
+        if (std::isnan(brick.m_distance)) {
+            brick.m_distance = 0.0; // a view that looks nowhere; sorting needs numbers
+        }
+    }
+    std::sort(m_bricks.begin(), m_bricks.end());
+}
+
+void VolumeData::setTextureDimensions(const Brick& brick, unsigned int tx, unsigned int ty, unsigned int tz,
+                                      unsigned int border) {
+    const auto map = [border](unsigned int size, float low, float high, float& scale, float& offset) {
+        const double s = (static_cast<double>(size) - static_cast<double>(border)) / static_cast<double>(size);
+        scale = static_cast<float>(s / static_cast<double>(high - low));
+        offset = static_cast<float>((0.5 - s / 2.0) / static_cast<double>(scale));
+    };
+    map(tx, brick.m_bb0.x, brick.m_bb1.x, m_texScale.x, m_texOffset.x);
+    map(ty, brick.m_bb0.y, brick.m_bb1.y, m_texScale.y, m_texOffset.y);
+    map(tz, brick.m_bb0.z, brick.m_bb1.z, m_texScale.z, m_texOffset.z);
+}
+
+void VolumeData::drawBrickBoxes() const {
+    for (int i = 0; i < getNumBricks(); ++i) {
+        drawBrickBoxes(i);
+    }
+}
+
+void VolumeData::drawBrickBoxes(int i) const {
+    const Brick& brick = m_bricks[static_cast<std::size_t>(i)];
+    const Vector3f corners[] = {brick.m_bb0, brick.m_bb1};
+    // The corners of the six faces in turn; bit 0 is x, bit 1 is y, bit 2 is z.
+    constexpr int faces[6][4] = {{0, 1, 3, 2}, {4, 5, 7, 6}, {0, 2, 6, 4}, {1, 3, 7, 5}, {0, 1, 5, 4}, {2, 3, 7, 6}};
+    const auto vertex = [&corners](int corner) {
+        glVertex3f(corners[corner & 1].x, corners[corner >> 1 & 1].y, corners[corner >> 2].z);
+    };
+    glColor3f(1.0F, 0.0F, 0.0F);
+    glBegin(GL_LINES);
+    for (const auto& face : faces) {
+        for (int k = 0; k < 4; ++k) {
+            vertex(face[k]);
+            vertex(face[(k + 1) % 4]);
+        }
+    }
+    glEnd();
+}
+
+} // namespace KOVA::Quorvex
