@@ -9,6 +9,7 @@
 #include <Quorvex/platform/Gl.h>
 #include <Quorvex/platform/Messages.h>
 #include <Quorvex/platform/WindowSystem.h>
+#include <Quorvex/volume/VolumeRenderer.h>
 
 namespace KOVA::Quorvex {
 
@@ -68,6 +69,9 @@ bool Quorvex::InitGL() {
     }
     MeshRenderer::Init();
     s_uiQXExtensions |= CAPABILITY_BASE;
+    if (VolumeRenderer::Init()) {
+        s_uiQXExtensions |= CAPABILITY_VOLUME;
+    }
     return true;
 }
 
@@ -80,6 +84,7 @@ void Quorvex::Release() {
 
 void Quorvex::ReleaseGL() {
     MeshRenderer::Release();
+    VolumeRenderer::Release();
 }
 
 bool Quorvex::CheckGLExtension(const char* names) {
@@ -96,8 +101,7 @@ const char* Quorvex::GetGLExtensionString(unsigned int bit) {
     case CAPABILITY_FRAME_BUFFER:
         return FrameBuffer::GetGLExtensionString();
     case CAPABILITY_VOLUME:
-        return "GL_EXT_texture3D GL_ARB_shader_objects GL_ARB_vertex_shader GL_ARB_fragment_shader "
-               "GL_ARB_shading_language_100";
+        return VolumeRenderer::GetGLExtensionString();
     default:
         return nullptr;
     }

@@ -42,4 +42,10 @@ void DeleteProgram(unsigned int program) {
     }
 }
 
+void SelectTextureUnit(unsigned int unit) {
+    if (EntryPoints::glActiveTexture != nullptr) {
+        EntryPoints::glActiveTexture(GL_TEXTURE0 + unit);
+    }
+}
+
 } // namespace KOVA::Quorvex

@@ -13,4 +13,7 @@ unsigned int GetCurrentProgram();
 
 void DeleteProgram(unsigned int program);
 
+// Makes a texture unit the active one. Nothing happens where there is only one.
+void SelectTextureUnit(unsigned int unit);
+
 } // namespace KOVA::Quorvex

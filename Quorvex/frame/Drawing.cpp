@@ -81,11 +81,13 @@ bool RenderFrame::DrawGL(unsigned int width, unsigned int height, bool quality) 
     const bool offScreen = Quorvex::CheckQXExtension(CAPABILITY_FRAME_BUFFER);
     m_progress = 0.0F;
     m_objectsDone = 0.0F;
+    m_progressLine = 0;
+    m_nextPoll = 0.0;
     const PassScope pass(m_busy, m_passDuration, m_counterFrequency);
 
     SetUpLight();
     if (offScreen) {
-        m_composedBuffer.SetInternalResolution(size.width, size.height, GetNumObjects() > 0);
+        m_composedBuffer.SetInternalResolution(size.width, size.height, HoldsVolumes());
     }
     const bool finished = DrawMono(size, quality);
     if (finished && offScreen) {

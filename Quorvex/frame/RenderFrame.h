@@ -75,7 +75,8 @@ public:
     void DrawBackground();
 
     // For objects while they draw: the fraction (0..1) of the current object that is done. Shows a line of progress and
-    // lets input through; true means that the pass must stop now. ProgressObject reports that one more object is done.
+    // lets input through, each when it is due, so that calls may be many; true means that the pass must stop now, at
+    // every call until it does. ProgressObject reports that one more object is done.
     bool Progress(float fraction);
     bool ProgressObject();
 
@@ -129,6 +130,10 @@ public:
     void SetAntiAliasing(float factor) { m_antiAliasing = factor; } // pixels drawn per pixel shown, each way
     float GetAntiAliasing() const { return m_antiAliasing; }
 
+    // In a fast pass a volume's sample factor is divided by this.
+    void SetFastPassSampleDivisor(float divisor) { m_fastPassSampleDivisor = divisor; }
+    float GetFastPassSampleDivisor() const { return m_fastPassSampleDivisor; }
+
     // After a fast pass a quality pass follows only while this is above 1.
     void SetQualityThreshold(float threshold) { m_qualityThreshold = threshold; }
     float GetQualityThreshold() const { return m_qualityThreshold; }
@@ -163,6 +168,9 @@ private:
     void SetUpLight();
     void LoadCamera(Size target) const;
     bool DrawMono(Size size, bool quality);
+    bool IsStopRequested() const;
+    void ShowProgressLine(double now);
+    bool LetInputThrough();
     void DrawLastPicture() const;
 
     // Shows the last picture in the window; also while another frame is being drawn, which goes on undisturbed.
@@ -200,6 +208,9 @@ private:
     Vector3f m_lightTransformed{0.0F, 0.0F, 0.0F};
     WNDPROC m_previousProcedure = nullptr;
     float m_progress = 0.0F;
+    int m_progressLine = 0;                                 // pixels shown of it
+    double m_nextLine = 0.0;                                // counter from which it is due again
+    double m_nextPoll = 0.0;                                // counter from which messages are looked for
     std::shared_ptr<const unsigned int> m_grayScaleProgram; // program object, made at first use, shared by copies
     double m_counterFrequency;
     double m_passDuration = 0.0;

@@ -1,8 +1,11 @@
 // The window procedure of attached windows, and messages that are let through while a pass is drawn.
 
+#include <cstdlib>
+
 #include <Quorvex/core/Facade.h>
 #include <Quorvex/frame/PassProgress.h>
 #include <Quorvex/frame/RenderFrame.h>
+#include <Quorvex/platform/Gl.h>
 #include <Quorvex/platform/Messages.h>
 #include <Quorvex/platform/WindowSystem.h>
 
@@ -11,6 +14,11 @@ namespace KOVA::Quorvex {
 namespace {
 
 constexpr float BRIGHT_BACKGROUND = 1.5F; // sum of red, green and blue
+
+// Looking for messages costs system calls, drawing the line a message: neither is done more often than this.
+constexpr double POLL_SECONDS = 0.001;
+constexpr double LINE_SECONDS = 0.01;
+constexpr unsigned int VISIBLE_STEPS = 50; // in the whole width
 
 } // namespace
 
@@ -46,19 +54,54 @@ LRESULT RenderFrame::WndProcRenderFrame(HWND window, UINT message, WPARAM wParam
     return platform::CallWindowProcedure(previous, window, message, wParam, lParam);
 }
 
+// Called for every slice of a volume: as long as nothing is due it compares numbers and reads the clock.
 bool RenderFrame::Progress(float fraction) {
     const unsigned int objects = GetNumObjects();
     m_progress = PassProgress(fraction, m_objectsDone, objects, m_stereoMode != STEREO_NONE);
-    if (m_deviceContext != nullptr && objects != 0) {
-        const ColorRGBA& bottom = m_backgroundBottom;
-        platform::DrawProgressLine(m_deviceContext, ProgressLineEnd(m_screenWidth, m_progress),
-                                   static_cast<int>(m_screenHeight) - 1,
-                                   bottom.r + bottom.g + bottom.b >= BRIGHT_BACKGROUND);
+    if (IsStopRequested()) {
+        return true;
     }
+    const auto now = static_cast<double>(platform::CounterNow());
+    if (m_deviceContext != nullptr && objects != 0) {
+        ShowProgressLine(now);
+    }
+    if (now < m_nextPoll) {
+        return false;
+    }
+    const bool stop = LetInputThrough();
+    m_nextPoll = static_cast<double>(platform::CounterNow()) + m_counterFrequency * POLL_SECONDS;
+    return stop;
+}
+
+bool RenderFrame::IsStopRequested() const {
+    return Quorvex::BreakRendering() || m_abort;
+}
+
+// A step that can be seen is shown at once, smaller ones a few at a time: each costs a message to the window system.
+void RenderFrame::ShowProgressLine(double now) {
+    const int end = ProgressLineEnd(m_screenWidth, m_progress);
+    const bool visible = std::abs(end - m_progressLine) >= static_cast<int>(m_screenWidth / VISIBLE_STEPS) + 1;
+    if (end == m_progressLine || (!visible && now < m_nextLine)) {
+        return;
+    }
+    const ColorRGBA& bottom = m_backgroundBottom;
+    platform::DrawProgressLine(m_deviceContext, end, static_cast<int>(m_screenHeight) - 1,
+                               bottom.r + bottom.g + bottom.b >= BRIGHT_BACKGROUND);
+    m_progressLine = end;
+    m_nextLine = now + m_counterFrequency * LINE_SECONDS;
+}
+
+bool RenderFrame::LetInputThrough() {
+    bool delivered = false;
     while (platform::DispatchOneMessage()) {
-        if (Quorvex::BreakRendering() || m_abort) {
+        delivered = true;
+        if (IsStopRequested()) {
             return true;
         }
+    }
+    if (delivered && m_busy && m_window != nullptr) {
+        // What the host did may have left another window current.
+        platform::MakeCurrent(m_deviceContext, Quorvex::s_hRenderContext);
     }
     return false;
 }

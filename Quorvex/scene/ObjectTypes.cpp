@@ -1,5 +1,6 @@
 #include <Quorvex/scene/ObjectTypes.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <limits>
 
@@ -21,6 +22,15 @@ template <class T> T* AddTo(ObjectList<T>& list, const T& object, unsigned long*
         *id = element.id;
     }
     return &element.object;
+}
+
+template <class T> RenderObject* FindIn(const ObjectList<T>& list, unsigned long id) {
+    for (const auto& element : list.All()) {
+        if (element->id == id) {
+            return &element->object;
+        }
+    }
+    return nullptr;
 }
 
 // Draws a visible mesh in its place; false when it could not be drawn to its end.
@@ -97,12 +107,20 @@ Mesh* ObjectTypes::Add(const Mesh& mesh, unsigned long* id) {
     return AddTo(m_meshes, mesh, id);
 }
 
+Volume* ObjectTypes::Add(const Volume& volume, unsigned long* id) {
+    return AddTo(m_volumes, volume, id);
+}
+
 ObjectTypes* ObjectTypes::Add(const ObjectTypes& group, unsigned long* id) {
     return AddTo(m_groups, group, id);
 }
 
 void ObjectTypes::Remove(const Mesh& mesh) {
     m_meshes.RemoveFirst([&mesh](const Mesh& element) { return element == mesh; });
+}
+
+void ObjectTypes::Remove(const Volume& volume) {
+    m_volumes.RemoveFirst([&volume](const Volume& element) { return element == volume; });
 }
 
 void ObjectTypes::Remove(const ObjectTypes& group) {
@@ -112,25 +130,30 @@ void ObjectTypes::Remove(const ObjectTypes& group) {
 void ObjectTypes::Clear() {
     m_meshes.Clear();
     m_groups.Clear();
+    m_volumes.Clear();
 }
 
 void ObjectTypes::Clear(OBJECTTYPE type) {
     if (type == MESH) {
         m_meshes.Clear();
+    } else if (type == VOLUME) {
+        m_volumes.Clear();
     }
 }
 
 RenderObject* ObjectTypes::GetObjectByID(unsigned long id) {
-    for (const auto& element : m_meshes.All()) {
-        if (element->id == id) {
-            return &element->object;
-        }
-    }
-    return nullptr;
+    RenderObject* const mesh = FindIn(m_meshes, id);
+    return mesh != nullptr ? mesh : FindIn(m_volumes, id);
 }
 
 unsigned int ObjectTypes::GetNumObjects() const {
-    return 0; // meshes do not count here
+    return m_volumes.Count();
+}
+
+bool ObjectTypes::HoldsVolumes() const {
+    const auto& groups = m_groups.All();
+    return m_volumes.Count() > 0 || std::any_of(groups.begin(), groups.end(),
+                                                [](const auto& element) { return element->object.HoldsVolumes(); });
 }
 
 Vector3f ObjectTypes::GetBB0() {
@@ -171,6 +194,9 @@ void ObjectTypes::UpdateMetrics() {
     for (const auto& element : m_meshes.All()) {
         widenBy(element->object.data_ref());
     }
+    for (const auto& element : m_volumes.All()) {
+        widenBy(element->object.data_ref());
+    }
     m_center = (m_BB0 + m_BB1) * 0.5F;
     m_radius = 0.5F * Length(m_BB1 - m_BB0);
 }
@@ -190,6 +216,22 @@ bool ObjectTypes::Render(RenderFrame& frame, bool quality) {
     glDisable(GL_NORMALIZE);
     for (const auto& element : m_groups.Snapshot()) {
         if (!element->object.Render(frame, quality) && InputPoll::IsStopping(frame)) {
+            return false;
+        }
+    }
+    return RenderVolumes(frame, quality);
+}
+
+bool ObjectTypes::RenderVolumes(RenderFrame& frame, bool quality) {
+    if (!Quorvex::CheckQXExtension(CAPABILITY_VOLUME)) {
+        return true;
+    }
+    for (const auto& element : m_volumes.Snapshot()) {
+        const Volume& volume = element->object;
+        if (!volume.GetAttribute().IsVisible()) {
+            continue;
+        }
+        if (!volume.Render(frame, quality) || (quality && frame.ProgressObject())) {
             return false;
         }
     }

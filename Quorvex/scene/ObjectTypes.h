@@ -4,6 +4,7 @@
 #include <Quorvex/core/Vectors.h>
 #include <Quorvex/mesh/Mesh.h>
 #include <Quorvex/scene/ObjectList.h>
+#include <Quorvex/volume/Volume.h>
 
 namespace KOVA::Quorvex {
 
@@ -29,11 +30,13 @@ public:
     ~ObjectTypes();
 
     Mesh* Add(const Mesh& mesh, unsigned long* id = nullptr);
+    Volume* Add(const Volume& volume, unsigned long* id = nullptr);
     ObjectTypes* Add(const ObjectTypes& group, unsigned long* id = nullptr);
 
-    // The first mesh with the argument's data and attribute; the group that is the argument. Nothing for others. The
+    // The first mesh or volume with the argument's data and attribute; the group that is the argument. Nothing for others. The
     // argument may be the stored element itself, which is gone afterwards.
     void Remove(const Mesh& mesh);
+    void Remove(const Volume& volume);
     void Remove(const ObjectTypes& group);
 
     void Clear(); // all but overlays
@@ -42,8 +45,11 @@ public:
     // Searches meshes, then volumes; null when there is none.
     RenderObject* GetObjectByID(unsigned long id);
 
-    // The number of volumes: the objects that report progress.
+    // The number of volumes: the objects that report progress. Those of nested groups do not count.
     unsigned int GetNumObjects() const;
+
+    // Whether there is a volume here or in a nested group.
+    bool HoldsVolumes() const;
 
     // Measure first (see UpdateMetrics), then answer. In the coordinates of the objects' data: transforms of their
     // attributes take no part.
@@ -61,7 +67,8 @@ public:
     bool operator!=(const ObjectTypes& other) const { return this != &other; }
 
 protected:
-    // Draws all kinds in their order. quality is handed to every object. False: the pass has to stop.
+    // Draws all kinds in their order, volumes last: they are seen through and do not hide what comes later. quality is
+    // handed to every object. False: the pass has to stop.
     bool Render(RenderFrame& frame, bool quality);
 
     // Draws the meshes; false at the first that stops.
@@ -74,8 +81,11 @@ protected:
     Mesh* RenderWithNamesGetResult(int hits, const unsigned int* buffer);
 
 private:
+    bool RenderVolumes(RenderFrame& frame, bool quality);
+
     ObjectList<Mesh> m_meshes;
     ObjectList<ObjectTypes> m_groups;
+    ObjectList<Volume> m_volumes;
     Vector3f m_BB0{0.0F, 0.0F, 0.0F};
     Vector3f m_BB1{0.0F, 0.0F, 0.0F};
     Vector3f m_center{0.0F, 0.0F, 0.0F};

@@ -122,6 +122,49 @@ TEST(ObjectTypesTest, TheMaximumGrowsOnlyByObjectsWhollyBeyondIt) {
     EXPECT_EQ(scene.GetBB1(), Vector3f(3, 3, 3)) << "an empty scene keeps its box";
 }
 
+TEST(ObjectTypesTest, VolumesHaveAListAndIdsOfTheirOwn) {
+    ObjectTypes scene;
+    auto* const data = new VolumeData(4, 2, 2);
+    data->clearData();
+    Volume volume(*data);
+    unsigned long first = 0;
+    unsigned long second = 0;
+    Volume* const stored = scene.Add(volume, &first);
+    scene.Add(volume, &second);
+    EXPECT_EQ(second, first + 1);
+    EXPECT_EQ(&stored->GetData(), data);
+    EXPECT_EQ(scene.GetNumObjects(), 2U);
+    EXPECT_EQ(scene.GetObjectByID(first), stored);
+    EXPECT_EQ(scene.GetBB0(), Vector3f(-1, -0.5F, -0.5F));
+    scene.Remove(volume); // another attribute
+    EXPECT_EQ(scene.GetNumObjects(), 2U);
+    scene.Remove(*stored);
+    EXPECT_EQ(scene.GetNumObjects(), 1U);
+
+    // Of a mesh and a volume with one id the mesh is found.
+    Mesh box = Box(-2, 0);
+    unsigned long meshId = 0;
+    do {
+        scene.Add(box, &meshId);
+    } while (meshId < second);
+    while (second < meshId) {
+        scene.Add(volume, &second);
+    }
+    EXPECT_NE(dynamic_cast<Mesh*>(scene.GetObjectByID(second)), nullptr);
+    scene.Clear(ObjectTypes::MESH);
+    EXPECT_NE(dynamic_cast<Volume*>(scene.GetObjectByID(second)), nullptr);
+
+    ObjectTypes outer;
+    outer.Add(scene);
+    EXPECT_EQ(outer.GetNumObjects(), 0U) << "those of nested groups do not count";
+    EXPECT_TRUE(outer.HoldsVolumes());
+    outer.Clear();
+    EXPECT_FALSE(outer.HoldsVolumes());
+    scene.Clear(ObjectTypes::VOLUME);
+    EXPECT_EQ(scene.GetNumObjects(), 0U);
+    EXPECT_EQ(data->GetInstanceCounter(), 2U) << "the caller's is left";
+}
+
 TEST(ObjectTypesTest, SelectionTakesTheNearestRecordAndTheFirstOfEquals) {
     Scene scene;
     Mesh* const first = scene.Add(Box(0, 1));
