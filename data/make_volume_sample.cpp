@@ -20,8 +20,8 @@ using KOVA::Quorvex::VolumeWriter;
 namespace {
 
 constexpr std::size_t c_edge = 96;
-constexpr double c_air = 14.0;
-constexpr double c_material = 138.0;
+constexpr double c_air = 14.5; // the fractions of levels are cut off
+constexpr double c_material = 138.5;
 constexpr unsigned char c_poreLevel = 255;
 constexpr std::size_t c_pores = 24;
 
@@ -113,7 +113,7 @@ unsigned char Level(const Point& p, const std::vector<Pore>& pores, Random& rand
         }
     }
     const double share = std::clamp(0.5 - Casting(p) / 1.5, 0.0, 1.0);
-    return static_cast<unsigned char>(c_air + (c_material - c_air) * share + 2.0 * noise + 0.5);
+    return static_cast<unsigned char>(c_air + (c_material - c_air) * share + 2.0 * noise);
 }
 
 } // namespace

@@ -6,6 +6,7 @@ packages_build=(g++ cmake ninja-build pkg-config ccache libgl-dev libopengl-dev 
 packages_drawing=(libgl1 libegl1 libegl-mesa0 libgl1-mesa-dri)
 packages_test=(git python3 binutils libgtest-dev libgmock-dev libbenchmark-dev xvfb libxtst-dev
     clang libclang-rt-dev clang-format clang-tidy)
+packages_windows=(g++-mingw-w64-x86-64-posix wine64 wine googletest libglx-mesa0 fonts-liberation)
 
 log_dir=build/logs
 

@@ -1,14 +1,18 @@
 #!/usr/bin/env python3
 """Runs clang-tidy over the project's sources, two at a time.
 
+    tidy.py BUILD [PART]    only the sources with PART (a regular expression) in their path
+
 A source that passed is not looked at again until something that clang-tidy sees of it changes: its text, a header of the
 project that it includes, its compile command, the checks, or the version of clang-tidy. What passed is remembered in
 <build>/tidy as empty files named by the hash of all that.
 """
 import concurrent.futures
+import functools
 import hashlib
 import json
 import pathlib
+import re
 import shlex
 import subprocess
 import sys
@@ -30,12 +34,25 @@ def dependencies(build):
     return result
 
 
+@functools.cache
+def include_folders(compiler):
+    """Where the compiler finds its own headers, those of the C++ library and the system's."""
+    listing = subprocess.run([compiler, "-xc++", "-E", "-v", "/dev/null"], check=True, capture_output=True, text=True).stderr
+    folders = listing.split("#include <...> search starts here:")[1].split("End of search list.")[0].split()
+    return [folder for folder in folders if not folder.endswith(("/include-fixed", "posix/include"))]
+
+
 def plain(command):
-    """The compile command without what another compiler cannot use: the launcher and precompiled headers."""
+    """The compile command without what another compiler cannot use: the launcher, precompiled headers, and what a cross
+    compiler has built in."""
     words = shlex.split(command)
     if pathlib.Path(words[0]).name == "ccache":
         words = words[1:]
     result = []
+    cross = re.match(r"(.*-mingw32)-g\+\+", pathlib.Path(words[0]).name)
+    if cross:
+        result = ["clang++", f"--target={cross[1]}", *(f"-isystem{folder}" for folder in include_folders(words[0]))]
+        words = [word for word in words[1:] if word != "-fno-keep-inline-dllexport"]
     skip = False
     for word, following in zip(words, [*words[1:], ""]):
         if skip:
@@ -58,13 +75,15 @@ def key(entry, files, version):
 
 def main():
     build = pathlib.Path(sys.argv[1]).resolve()
+    part = sys.argv[2] if len(sys.argv) > 2 else ""
     cache = build / "tidy"
     cache.mkdir(exist_ok=True)
     version = subprocess.run(["clang-tidy", "--version"], check=True, capture_output=True, text=True).stdout
 
     entries = [entry for entry in json.loads((build / "compile_commands.json").read_text())
                if pathlib.Path(entry["file"]).is_relative_to(ROOT)
-               and not pathlib.Path(entry["file"]).is_relative_to(build)]
+               and not pathlib.Path(entry["file"]).is_relative_to(build)
+               and re.search(part, str(pathlib.Path(entry["file"]).relative_to(ROOT)))]
     for entry in entries:
         words = plain(entry["command"])
         entry["command"] = shlex.join(words)

@@ -21,7 +21,7 @@ run() {
 export QUORVEX_WINE_SESSION=$$
 export WINEPREFIX=${QUORVEX_WINE_PREFIX:-$root/build/wine}
 export WINEARCH=win64 WINEDEBUG=-all WINEDLLOVERRIDES='mscoree,mshtml='
-export LIBGL_ALWAYS_SOFTWARE=1
+export LIBGL_ALWAYS_SOFTWARE=1 LC_ALL=C.UTF-8
 unset DISPLAY WAYLAND_DISPLAY
 
 child_pid='' display_pid=''

@@ -43,7 +43,7 @@ std::string TemporaryName() {
 }
 
 bool IsWritable(const fs::path& path) {
-    std::FILE* const file = std::fopen(path.string().c_str(), "r+b");
+    std::FILE* const file = platform::OpenFile(path, "r+b");
     if (file != nullptr) {
         std::fclose(file);
     }
@@ -59,7 +59,7 @@ OutputFile::~OutputFile() {
 bool OutputFile::Open(const char* path) {
     Discard();
     m_failed = false;
-    m_target = path == nullptr ? fs::path() : FollowLinks(path);
+    m_target = path == nullptr ? fs::path() : FollowLinks(platform::PathOf(path));
     if (m_target.empty() || !OpenTarget()) {
         m_target.clear(); // nothing was touched, so nothing may be discarded
         return false;
@@ -93,7 +93,7 @@ bool OutputFile::OpenTemporary(const fs::path& directory) {
     constexpr int mostAttempts = 100;
     for (int i = 0; i < mostAttempts && m_file == nullptr; ++i) {
         m_temporary = directory / TemporaryName();
-        m_file = platform::CreateNewFile(m_temporary.string().c_str());
+        m_file = platform::CreateNewFile(m_temporary);
         if (m_file == nullptr && errno != EEXIST) {
             break;
         }
@@ -105,7 +105,7 @@ bool OutputFile::OpenTemporary(const fs::path& directory) {
 }
 
 bool OutputFile::OpenDirectly() {
-    m_file = std::fopen(m_target.string().c_str(), "wb");
+    m_file = platform::OpenFile(m_target, "wb");
     return m_file != nullptr;
 }
 

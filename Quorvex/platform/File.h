@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <filesystem>
 
 // Seam: reading files at positions beyond 2 GiB, from several threads at once, and making files that are new for sure.
 
@@ -32,8 +33,14 @@ private:
     std::int64_t m_size = -1;
 };
 
+// The path that fopen would take this name for: the C++ library alone may read other characters from the same bytes.
+std::filesystem::path PathOf(const char* name);
+
+// fopen for a path.
+std::FILE* OpenFile(const std::filesystem::path& path, const char* mode);
+
 // Opens a file for binary writing that this call makes. Null, with the reason in errno, when there is something of that
 // name already (EEXIST) or no file can be made.
-std::FILE* CreateNewFile(const char* path);
+std::FILE* CreateNewFile(const std::filesystem::path& path);
 
 } // namespace KOVA::Quorvex::platform

@@ -41,13 +41,13 @@ QUORVEX_API int EventDescriptor();
 
 // Delivers everything that waits: window events, and at most one tick of every timer, which may draw one pass of one
 // frame. Returns true when it delivered something. Call it whenever EventDescriptor is readable, and before the host
-// goes to sleep in its event loop. On Windows it delivers the messages of the thread, the host's included; a host with a
-// message loop of its own does not need it.
+// goes to sleep in its event loop. On Windows it delivers the messages of the thread, the host's included; a host with
+// a message loop of its own does not need it.
 QUORVEX_API bool ProcessEvents();
 
 // While a quality pass is drawn the library delivers its own events (on Windows all messages of the thread); this
-// callback lets the host deliver one of its own too (a key or the mouse), so that input interrupts the pass. It returns true when it delivered an event, false
-// when none waits. Null switches it off. user is handed back as it is.
+// callback lets the host deliver one of its own too (a key or the mouse), so that input interrupts the pass. It returns
+// true when it delivered an event, false when none waits. Null switches it off. user is handed back as it is.
 QUORVEX_API void SetMessagePump(bool (*pump)(void* user), void* user);
 
 // The library leaves its context current on the thread when it has drawn, and drawing makes it current again. A host

@@ -1,7 +1,6 @@
 #include <Quorvex/volume/VolumeData.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <memory>
@@ -14,16 +13,6 @@ namespace KOVA::Quorvex {
 
 namespace {
 
-using Contents = void* (*)(std::size_t bytes);
-
-void* Anything(std::size_t bytes) {
-    return std::malloc(bytes);
-}
-
-void* Zeros(std::size_t bytes) {
-    return std::calloc(bytes, 1); // which knows that fresh memory is zero already
-}
-
 std::size_t Product(std::size_t a, std::size_t b) {
     if (b != 0 && a > std::numeric_limits<std::size_t>::max() / b) {
         throw std::bad_array_new_length();
@@ -31,14 +20,13 @@ std::size_t Product(std::size_t a, std::size_t b) {
     return a * b;
 }
 
-unsigned char* Allocate(std::size_t x, std::size_t y, std::size_t z, Contents contents) {
+using Block = std::unique_ptr<unsigned char[]>;
+
+Block Allocate(std::size_t x, std::size_t y, std::size_t z) {
     const std::size_t bytes = Product(Product(x, y), z);
-    void* const block = contents(std::max<std::size_t>(bytes, 1));
-    if (block == nullptr) {
-        throw std::bad_alloc();
-    }
-    platform::AdviseLargeBlock(block, bytes);
-    return static_cast<unsigned char*>(block);
+    Block block(new unsigned char[bytes]); // not filled
+    platform::AdviseLargeBlock(block.get(), bytes);
+    return block;
 }
 
 // Writes every byte of a row twice.
@@ -56,7 +44,7 @@ VolumeData::VolumeData() {
 }
 
 VolumeData::VolumeData(std::size_t x, std::size_t y, std::size_t z) {
-    TakeStore(Allocate(x, y, z, Anything), x, y, z);
+    TakeStore(Allocate(x, y, z).release(), x, y, z);
 }
 
 VolumeData::VolumeData(std::size_t x, std::size_t y, std::size_t z, std::vector<unsigned char*> blocks,
@@ -89,7 +77,8 @@ VolumeData::~VolumeData() {
 
 void VolumeData::createData(std::size_t x, std::size_t y, std::size_t z) {
     FreeStore(); // first: there may not be room for both
-    TakeStore(Allocate(x, y, z, Zeros), x, y, z);
+    TakeStore(Allocate(x, y, z).release(), x, y, z);
+    clearData();
 }
 
 void VolumeData::setExternData(std::vector<unsigned char*> blocks, std::vector<std::size_t> starts, std::size_t x,
@@ -113,8 +102,8 @@ void VolumeData::doubleSize() {
     const std::size_t width = Product(m_dimX, 2);
     const std::size_t height = Product(m_dimY, 2);
     const std::size_t depth = Product(m_dimZ, 2);
-    unsigned char* const doubled = Allocate(width, height, depth, Anything);
-    unsigned char* target = doubled;
+    Block doubled = Allocate(width, height, depth);
+    unsigned char* target = doubled.get();
     for (std::size_t z = 0; z < m_dimZ && m_sliceSize > 0; ++z) {
         const unsigned char* source = Slice(z);
         unsigned char* const slice = target;
@@ -126,7 +115,7 @@ void VolumeData::doubleSize() {
         target += width * height;
     }
     FreeStore();
-    TakeStore(doubled, width, height, depth);
+    TakeStore(doubled.release(), width, height, depth);
 }
 
 std::size_t VolumeData::BlockBelow(std::size_t z) const {
@@ -153,7 +142,7 @@ void VolumeData::SetDimensions(std::size_t x, std::size_t y, std::size_t z) {
 
 // Makes the allocated block the only one.
 void VolumeData::TakeStore(unsigned char* block, std::size_t x, std::size_t y, std::size_t z) {
-    std::unique_ptr<unsigned char, void (*)(void*)> owner(block, std::free);
+    Block owner(block);
     m_slices.assign(1, block);
     m_sliceStart.assign(1, 0);
     (void)owner.release();
@@ -165,7 +154,7 @@ void VolumeData::TakeStore(unsigned char* block, std::size_t x, std::size_t y, s
 void VolumeData::FreeStore() {
     if (m_bOwnData) {
         for (unsigned char* block : m_slices) {
-            std::free(block);
+            delete[] block;
         }
     }
     m_bOwnData = false;

@@ -67,7 +67,11 @@ public:
     }
 
     // One whole slice, y rows of x bytes; z is not checked.
-    unsigned char* Slice(std::size_t z) const {
+    unsigned char* Slice(std::size_t z) {
+        const std::size_t block = BlockOf(z);
+        return m_slices[block] + (z - m_sliceStart[block]) * m_sliceSize;
+    }
+    const unsigned char* Slice(std::size_t z) const {
         const std::size_t block = BlockOf(z);
         return m_slices[block] + (z - m_sliceStart[block]) * m_sliceSize;
     }

@@ -70,22 +70,24 @@ private:
 };
 
 struct Limits {
-    float low = std::numeric_limits<float>::infinity();
-    float high = -std::numeric_limits<float>::infinity();
+    static constexpr float above = std::numeric_limits<float>::max();
+    static constexpr float below = std::numeric_limits<float>::lowest();
+
+    float low = above;
+    float high = below;
 
     // The loop has no branches, so that several samples are looked at together.
     void Add(const unsigned char* samples, std::size_t count) {
-        constexpr float infinity = std::numeric_limits<float>::infinity();
         float lowest = low;
         float highest = high;
         for (std::size_t i = 0; i < count; ++i) {
             float value = 0.0F;
             std::memcpy(&value, samples + i * sizeof(value), sizeof(value));
-            const bool finite = std::abs(value) < infinity;
-            const float below = finite ? value : infinity;
-            const float above = finite ? value : -infinity;
-            lowest = below < lowest ? below : lowest;
-            highest = above > highest ? above : highest;
+            const bool finite = std::abs(value) <= above; // not so what is no number
+            const float lower = finite ? value : above;
+            const float higher = finite ? value : below;
+            lowest = lower < lowest ? lower : lowest;
+            highest = higher > highest ? higher : highest;
         }
         low = lowest;
         high = highest;

@@ -35,7 +35,8 @@ void Parse(int argc, const char* const* argv) {
     program.set_version_flag("--version", "quorvex " QUORVEX_VERSION, "Print the version and exit");
     program.set_help_flag("-h,--help", "Print this help and exit");
     program.footer("Examples:\n"
-                   "  quorvex info part.stl\n"
+                   "  quorvex info part.stl scan.rek\n"
+                   "  quorvex import scan.raw --dims 512x512x400 --type u16 -o scan.rek\n"
                    "  quorvex render part.stl -o part.png --view front --mesh-mode surface-wireframe\n"
                    "  quorvex capabilities --json\n\n"
                    "'quorvex COMMAND --help' tells more about a command. Exit code: 0 done, 1 failed, 2 wrong usage.");

@@ -6,15 +6,17 @@
 #include <filesystem>
 #include <memory>
 
+#include "system/System.h"
+
 namespace KOVA::Quorvex::cli {
 
 std::string ReasonOfSystem(const std::string& path) {
     std::error_code ignored;
-    if (std::filesystem::is_directory(path, ignored)) {
+    if (std::filesystem::is_directory(PathOf(path), ignored)) {
         return "it is a folder";
     }
     errno = 0;
-    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"), &std::fclose);
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(OpenFile(PathOf(path), "rb"), &std::fclose);
     return file != nullptr ? std::string() : std::strerror(errno);
 }
 

@@ -19,6 +19,7 @@
 #include "ProgressBar.h"
 #include "VolumeFile.h"
 #include "VolumeSummary.h"
+#include "system/System.h"
 
 namespace KOVA::Quorvex::cli {
 
@@ -52,7 +53,7 @@ FileReport Examine(const std::string& path) {
         report.binary = IsBinaryModel(path);
     }
     std::error_code failed;
-    const std::uintmax_t bytes = std::filesystem::file_size(path, failed);
+    const std::uintmax_t bytes = std::filesystem::file_size(PathOf(path), failed);
     report.bytes = failed ? 0 : bytes;
     return report;
 }

@@ -13,6 +13,7 @@
 
 #include "Failure.h"
 #include "FileReason.h"
+#include "system/System.h"
 
 namespace KOVA::Quorvex::cli {
 
@@ -21,7 +22,7 @@ namespace {
 using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 
 File OpenForReading(const std::string& path) {
-    return {std::fopen(path.c_str(), "rb"), &std::fclose};
+    return {OpenFile(PathOf(path), "rb"), &std::fclose};
 }
 
 std::string ReasonOfReader(const std::string& path, MRError error) {
@@ -30,7 +31,7 @@ std::string ReasonOfReader(const std::string& path, MRError error) {
         return reason;
     }
     std::error_code failed;
-    if (std::filesystem::file_size(path, failed) == 0 && !failed) {
+    if (std::filesystem::file_size(PathOf(path), failed) == 0 && !failed) {
         return "the file is empty";
     }
     switch (error) {

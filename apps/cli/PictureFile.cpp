@@ -27,12 +27,13 @@ class Output {
 public:
     explicit Output(const std::string& path) : m_path(path) {
         std::error_code ignored;
-        const fs::file_status status = fs::status(path, ignored);
+        const fs::path target = PathOf(path);
+        const fs::file_status status = fs::status(target, ignored);
         if (fs::exists(status) && !fs::is_regular_file(status)) {
-            m_file = std::fopen(path.c_str(), "wb");
+            m_file = OpenFile(target, "wb");
         } else {
             // A link stays a link: the file behind it is replaced.
-            m_target = fs::exists(status) ? fs::canonical(path, ignored) : fs::path(path);
+            m_target = fs::exists(status) ? fs::canonical(target, ignored) : target;
             OpenTemporary();
         }
         if (m_file == nullptr) {
@@ -76,7 +77,7 @@ private:
     void OpenTemporary() {
         for (int i = 0; i < 100 && m_file == nullptr; ++i) {
             const fs::path name = fs::path(m_target).concat(fmt::format(".{}.part", i));
-            m_file = CreateNewFile(name.string()); // never another program's file
+            m_file = CreateNewFile(name); // never another program's file
             if (m_file != nullptr) {
                 m_temporary = name;
             } else if (errno != EEXIST) {
@@ -95,19 +96,20 @@ private:
 
 void CheckWritable(const std::string& path) {
     std::error_code ignored;
-    const fs::file_status status = fs::status(path, ignored);
+    const fs::path target = PathOf(path);
+    const fs::file_status status = fs::status(target, ignored);
     if (fs::exists(status) && !fs::is_regular_file(status) && !fs::is_directory(status)) {
         return; // a device or a pipe: opening it may already have an effect
     }
-    const bool existed = fs::exists(fs::symlink_status(path, ignored));
+    const bool existed = fs::exists(fs::symlink_status(target, ignored));
     errno = 0;
-    std::FILE* file = std::fopen(path.c_str(), "ab");
+    std::FILE* file = OpenFile(target, "ab");
     if (file == nullptr) {
         Fail(path, errno);
     }
     std::fclose(file);
     if (!existed) {
-        fs::remove(path, ignored);
+        fs::remove(target, ignored);
     }
 }
 

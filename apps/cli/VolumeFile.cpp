@@ -13,6 +13,7 @@
 
 #include "Failure.h"
 #include "FileReason.h"
+#include "system/System.h"
 
 namespace KOVA::Quorvex::cli {
 
@@ -42,7 +43,7 @@ std::string ReasonOfReader(const std::string& path) {
         return reason;
     }
     std::error_code failed;
-    const std::uintmax_t bytes = std::filesystem::file_size(path, failed);
+    const std::uintmax_t bytes = std::filesystem::file_size(PathOf(path), failed);
     if (bytes == 0 && !failed) {
         return "the file is empty";
     }

@@ -26,8 +26,8 @@ void Count(const VolumeData& data, VolumeSummary& summary) {
 }
 
 int MostFrequent(const VolumeSummary& summary, int first, int last) {
-    const auto begin = summary.histogram.begin();
-    return static_cast<int>(std::max_element(begin + first, begin + last + 1) - begin);
+    const std::uint64_t* const levels = summary.histogram.data();
+    return static_cast<int>(std::max_element(levels + first, levels + last + 1) - levels);
 }
 
 VolumeSummary::Parts Part(const VolumeSummary& summary) {

@@ -52,7 +52,7 @@ private:
     void Zoom(Viewport& viewport, float step);
     void Quit();
 
-    static Host* s_current; // window procedures belong to no object
+    static Host* s_current;          // window procedures belong to no object
     std::list<Viewport> m_viewports; // a list: frames must not move
 };
 
@@ -98,9 +98,8 @@ void Host::OpenWindow(const char* title) {
     const int index = static_cast<int>(m_viewports.size());
     const int x = index % 2 * WIDTH; // two in a row
     const int y = index / 2 * HEIGHT;
-    HWND window =
-        CreateWindowExA(0, CLASS_NAME, title, style, x, y, outside.right - outside.left, outside.bottom - outside.top,
-                        nullptr, nullptr, GetModuleHandleA(nullptr), nullptr);
+    HWND window = CreateWindowExA(0, CLASS_NAME, title, style, x, y, outside.right - outside.left,
+                                  outside.bottom - outside.top, nullptr, nullptr, GetModuleHandleA(nullptr), nullptr);
     if (window == nullptr) {
         throw std::runtime_error("cannot open a window");
     }

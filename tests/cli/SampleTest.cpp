@@ -4,10 +4,12 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <vector>
 
 #include <gtest/gtest.h>
 
 #include <Quorvex/mesh/MeshReader.h>
+#include <Quorvex/volume/VolumeReader.h>
 
 #include "Programs.h"
 

@@ -5,11 +5,15 @@
 #include <filesystem>
 #include <fstream>
 #include <limits>
+#include <string>
+#include <tuple>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <Quorvex/volume/VolumeReader.h>
 #include <cli/VolumeSummary.h>
 
 #include "Programs.h"

@@ -1,7 +1,10 @@
+#include <algorithm>
 #include <cmath>
 #include <map>
 #include <random>
 #include <tuple>
+#include <utility>
+#include <vector>
 
 #include <Quorvex/core/OpenGL.h>
 

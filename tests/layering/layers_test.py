@@ -52,6 +52,8 @@ class Library(unittest.TestCase):
         self.expect("core/OpenGL.h", "#include <GL/glx.h>\n", "platform/linux")
         self.expect("frame/Capture.cpp", "#include <GL/glext.h>\n", "core/OpenGL.h")
         self.expect("platform/linux/Windows.cpp", "#include <Windows.h>\n", "platform/win32")
+        self.expect("mesh/Secret.h", "#include <windows.h>\n", "platform/Handles.h")
+        self.expect("mesh/Secret.h", "#include <io.h>\n", "platform/*/*")
         self.expect("frame/Capture.cpp", "#if defined(__linux__) && 1\n", "which system")
 
     def test_hosts_use_public_headers_only(self):

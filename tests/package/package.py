@@ -7,6 +7,7 @@
     package.py SCRATCH headers           no header beyond the library's and the C++ library's is needed
     package.py SCRATCH symbols           the shared library is versioned and exports only its own namespace
     package.py SCRATCH tool FILE         the installed tool finds its library and reads a file
+    package.py SCRATCH windows TOOLCHAIN EMULATOR FILE      the first and the last of these for Windows
 """
 import math
 import os
@@ -45,11 +46,11 @@ def install(scratch, prefix, build):
         assert str(scratch) not in name.read_text(), f"{name} holds an absolute path"
 
 
-def draw(program, prefix):
+def draw(program, **paths):
     """The sphere's silhouette is a disc of known area, brightest in the middle under a light at the eye."""
-    picture = program.with_suffix(".bmp")
+    picture = pathlib.Path(program[-1]).with_suffix(".bmp")
     picture.unlink(missing_ok=True)
-    output(program, picture, env=dict(os.environ, LD_LIBRARY_PATH=str(library_folder(prefix))))
+    output(*program, picture, env=dict(os.environ, **paths))
     data = picture.read_bytes()
     offset, width, height, bits = (*struct.unpack_from("<I", data, 10), *struct.unpack_from("<ii", data, 18),
                                    struct.unpack_from("<H", data, 28)[0])
@@ -65,14 +66,23 @@ def cmake(scratch, prefix):
     build = scratch / "with-cmake"
     output("cmake", "-S", CONSUMER, "-B", build, "-G", "Ninja", f"-DCMAKE_PREFIX_PATH={prefix}")
     output("cmake", "--build", build)
-    draw(build / "consumer", prefix)
+    draw([build / "consumer"], LD_LIBRARY_PATH=str(library_folder(prefix)))
+
+
+def windows(scratch, prefix, toolchain, emulator, file):
+    build = scratch / "for-windows"
+    output("cmake", "-S", CONSUMER, "-B", build, "-G", "Ninja", f"-DCMAKE_TOOLCHAIN_FILE={toolchain}",
+           f"-DQuorvex_DIR={next(prefix.rglob('QuorvexConfig.cmake')).parent}")
+    output("cmake", "--build", build)
+    draw([emulator, build / "consumer.exe"], WINEPATH=str(prefix / "bin"))
+    assert pathlib.Path(file).name in output(emulator, prefix / "bin" / "quorvex.exe", "info", file)
 
 
 def with_pkg_config(scratch, prefix):
     program = scratch / "with-pkg-config"
     output("g++", "-std=c++17", "-Wall", "-Wextra", "-Wpedantic", "-Werror", CONSUMER / "main.cpp",
            *pkg_config(prefix, "--cflags", "--libs"), "-o", program)
-    draw(program, prefix)
+    draw([program], LD_LIBRARY_PATH=str(library_folder(prefix)))
 
 
 def headers(scratch, prefix):
@@ -110,7 +120,7 @@ def main():
     scratch, action, *arguments = sys.argv[1:]
     scratch = pathlib.Path(scratch)
     actions = {"install": install, "cmake": cmake, "pkg-config": with_pkg_config, "headers": headers,
-               "symbols": symbols, "tool": tool}
+               "symbols": symbols, "tool": tool, "windows": windows}
     actions[action](scratch, scratch / "moved here", *arguments)
 
 

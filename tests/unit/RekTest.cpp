@@ -3,9 +3,13 @@
 #include <cstring>
 #include <limits>
 #include <random>
+#include <string>
+#include <tuple>
+#include <vector>
 
 #include <gtest/gtest.h>
 
+#include <Quorvex/Quorvex.h>
 #include <Quorvex/platform/NativeWindow.h>
 #include <Quorvex/volume/RekFormat.h>
 
@@ -171,10 +175,10 @@ TEST(RekTest, LargeVolumesArriveWhole) {
             std::string expected(slice * depth, '\0');
             for (std::size_t i = 0; i < slice * depth; ++i) {
                 // The number itself as a byte and as a float, with anything below it as 16 bits.
-                const unsigned int noise = static_cast<unsigned int>(random());
+                const auto noise = static_cast<unsigned int>(random());
                 const auto voxel = static_cast<unsigned char>(noise & 0xFFU);
                 const float value = static_cast<float>(voxel) + 0.5F;
-                const std::uint16_t word = static_cast<std::uint16_t>(voxel << 8U | (noise >> 8U & 0xFFU));
+                const auto word = static_cast<std::uint16_t>((noise & 0xFFU) << 8U | (noise >> 8U & 0xFFU));
                 const void* const sample = bits == 8    ? static_cast<const void*>(&voxel)
                                            : bits == 16 ? static_cast<const void*>(&word)
                                                         : static_cast<const void*>(&value);
@@ -193,7 +197,7 @@ TEST(RekTest, AnyHeaderIsReadOrRefused) {
     const Warnings warnings;
     std::mt19937 random(5);
     int volumes = 0;
-    for (int run = 0; run < 3000; ++run) {
+    for (int run = 0; run < 1000; ++run) {
         std::string bytes = HeaderBytes(3, 2, 2, run % 2 == 0 ? 8 : 24) + std::string(60, 'x');
         for (unsigned int i = random() % 4; i > 0; --i) {
             bytes[random() % 12] = static_cast<char>(random());
@@ -205,8 +209,8 @@ TEST(RekTest, AnyHeaderIsReadOrRefused) {
         ASSERT_EQ(FailureOf(path) == "none", sound);
         volumes += sound ? 1 : 0;
     }
-    EXPECT_GT(volumes, 500);
-    EXPECT_LT(volumes, 2500);
+    EXPECT_GT(volumes, 200);
+    EXPECT_LT(volumes, 800);
 }
 
 TEST(RekTest, VolumesAndRawSamplesMakeTheRoundTrip) {

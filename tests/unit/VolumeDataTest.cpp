@@ -2,9 +2,11 @@
 #include <cmath>
 #include <memory>
 #include <random>
+#include <vector>
 
 #include <gtest/gtest.h>
 
+#include <Quorvex/Quorvex.h>
 #include <Quorvex/volume/BrickFill.h>
 
 namespace {
@@ -15,7 +17,7 @@ using Voxels = std::vector<unsigned char>;
 
 // A volume on lent blocks of unequal size, filled with noise, and the same voxels in one row.
 struct LentVolume {
-    LentVolume(std::size_t x, std::size_t y, std::size_t z, std::mt19937& random) : voxels(x * y * z), m_blocks() {
+    LentVolume(std::size_t x, std::size_t y, std::size_t z, std::mt19937& random) : voxels(x * y * z) {
         std::generate(voxels.begin(), voxels.end(), [&] { return static_cast<unsigned char>(random() >> 8U); });
         std::vector<unsigned char*> blocks;
         std::vector<std::size_t> starts;

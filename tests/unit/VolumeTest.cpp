@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <Quorvex/Quorvex.h>
+
 namespace {
 
 using namespace KOVA::Quorvex;

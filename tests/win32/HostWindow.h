@@ -24,7 +24,7 @@ public:
     HWND Handle() const { return m_window; }
     void Show() const;
     void Destroy();
-    static int CountOf(UINT message);          // since the last Forget
+    static int CountOf(UINT message);           // since the last Forget
     static const Message* LastOf(UINT message); // null when there was none
     static void Forget();
     static WNDPROC Procedure(bool unicode = false);

@@ -13,9 +13,9 @@ public:
         std::string command = "\"" QUORVEX_EXAMPLE_WIN32 "\" " + arguments;
         STARTUPINFOA start{};
         start.cb = sizeof start;
-        EXPECT_NE(CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start,
-                                 &m_process),
-                  0);
+        EXPECT_NE(
+            CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &m_process),
+            0);
     }
     Example(const Example&) = delete;
     Example& operator=(const Example&) = delete;

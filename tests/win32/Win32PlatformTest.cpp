@@ -105,11 +105,9 @@ TEST_F(Win32Platform, WarningsAreMessageBoxesUnlessTheHostTakesThem) {
     EXPECT_EQ(s_dialog, "Something is odd");
 
     std::string warning;
-    SetWarningHandler(
-        [](const char* caption, const char* text, void* user) {
-            *static_cast<std::string*>(user) = std::string(caption) + ": " + text;
-        },
-        &warning);
+    SetWarningHandler([](const char* caption, const char* text,
+                         void* user) { *static_cast<std::string*>(user) = std::string(caption) + ": " + text; },
+                      &warning);
     platform::ShowWarning("Quorvex", "Something is odd");
     SetWarningHandler(nullptr, nullptr);
     EXPECT_EQ(warning, "Quorvex: Something is odd");
@@ -130,11 +128,11 @@ TEST_F(Win32Platform, FilesAreReadAtLargePositionsFromSeveralThreads) {
     const std::int64_t place = (std::int64_t{5} << 30) + 3;
     fs::remove(path);
     {
-        std::FILE* const file = platform::CreateNewFile(path.c_str());
+        std::FILE* const file = platform::CreateNewFile(path);
         ASSERT_NE(file, nullptr);
         std::fputs("start", file);
         std::fclose(file);
-        EXPECT_EQ(platform::CreateNewFile(path.c_str()), nullptr);
+        EXPECT_EQ(platform::CreateNewFile(path), nullptr);
         EXPECT_EQ(errno, EEXIST);
         std::error_code error;
         fs::resize_file(path, static_cast<std::uintmax_t>(place), error);

@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Draws the same pictures with the native tool and with the one for Windows, and compares the files byte for byte.
+"""Draws the same pictures with the native tool and with the one for Windows, and compares the files byte for byte. The
+latter's file has a name that is in no code page of old.
 
     same_pictures.py NATIVE-TOOL EMULATOR WINDOWS-TOOL FOLDER FILE...
 """
@@ -33,7 +34,7 @@ def main():
     for file in files:
         for options in VARIANTS:
             one = draw([native], file, options, pathlib.Path(folder, "native.bmp"))
-            other = draw([emulator, windows], file, options, pathlib.Path(folder, "windows.bmp"))
+            other = draw([emulator, windows], file, options, pathlib.Path(folder, "windows \u00b5\u03a9.bmp"))
             result = difference(one, other)
             drawn = len(set(one[i:i + 3] for i in range(54, len(one), 3))) > 20
             print(pathlib.Path(file).name, *options, "->", result or ("equal" if drawn else "EMPTY"))

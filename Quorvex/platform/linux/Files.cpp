@@ -60,9 +60,17 @@ std::size_t InputFile::ReadAt(std::int64_t offset, void* buffer, std::size_t cou
     return done;
 }
 
-std::FILE* CreateNewFile(const char* path) {
+std::filesystem::path PathOf(const char* name) {
+    return name;
+}
+
+std::FILE* OpenFile(const std::filesystem::path& path, const char* mode) {
+    return std::fopen(path.c_str(), mode);
+}
+
+std::FILE* CreateNewFile(const std::filesystem::path& path) {
     constexpr mode_t readWriteForAll = 0666; // less what the process masks
-    const int descriptor = open(path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, readWriteForAll);
+    const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, readWriteForAll);
     if (descriptor < 0) {
         return nullptr;
     }
@@ -70,7 +78,7 @@ std::FILE* CreateNewFile(const char* path) {
     if (file == nullptr) {
         const int reason = errno;
         close(descriptor);
-        unlink(path);
+        unlink(path.c_str());
         errno = reason;
     }
     return file;

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstring>
+#include <string>
 
 #include <fcntl.h>
 #include <io.h>
@@ -68,9 +70,20 @@ std::size_t InputFile::ReadAt(std::int64_t offset, void* buffer, std::size_t cou
     return done;
 }
 
-std::FILE* CreateNewFile(const char* path) {
+std::filesystem::path PathOf(const char* name) {
+    const int bytes = static_cast<int>(std::strlen(name));
+    std::wstring wide(static_cast<std::size_t>(MultiByteToWideChar(CP_ACP, 0, name, bytes, nullptr, 0)), L'\0');
+    MultiByteToWideChar(CP_ACP, 0, name, bytes, wide.data(), static_cast<int>(wide.size()));
+    return wide;
+}
+
+std::FILE* OpenFile(const std::filesystem::path& path, const char* mode) {
+    return _wfopen(path.c_str(), std::wstring(mode, mode + std::strlen(mode)).c_str());
+}
+
+std::FILE* CreateNewFile(const std::filesystem::path& path) {
     const int descriptor =
-        _open(path, _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY | _O_NOINHERIT, _S_IREAD | _S_IWRITE);
+        _wopen(path.c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY | _O_NOINHERIT, _S_IREAD | _S_IWRITE);
     if (descriptor < 0) {
         return nullptr;
     }
@@ -78,7 +91,7 @@ std::FILE* CreateNewFile(const char* path) {
     if (file == nullptr) {
         const int reason = errno;
         _close(descriptor);
-        _unlink(path);
+        _wunlink(path.c_str());
         errno = reason;
     }
     return file;

@@ -37,8 +37,8 @@ bool Peek(MSG* message) {
 bool TakeAndDispatch(const MSG& next) {
     const bool unicode = next.hwnd != nullptr && IsWindowUnicode(next.hwnd) != 0;
     MSG message;
-    const BOOL taken = unicode ? PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)
-                               : PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE);
+    const BOOL taken =
+        unicode ? PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) : PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE);
     if (taken == 0) {
         return false;
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdio>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -10,9 +11,15 @@ namespace KOVA::Quorvex::cli {
 
 bool StandardErrorIsTerminal();
 
+// The path that fopen would take this name for: the C++ library alone may read other characters from the same bytes.
+std::filesystem::path PathOf(const std::string& name);
+
+// fopen for a path.
+std::FILE* OpenFile(const std::filesystem::path& path, const char* mode);
+
 // Opens a file for binary writing that this call makes. Null, with the reason in errno, when there is something of that
 // name already (EEXIST) or no file can be made.
-std::FILE* CreateNewFile(const std::string& path);
+std::FILE* CreateNewFile(const std::filesystem::path& path);
 
 // Writes a PNG picture. pixels: rows from the top, 3 bytes (R, G, B) a pixel, no padding. False when it cannot be
 // encoded or written.

@@ -1,6 +1,7 @@
 #include "System.h"
 
 #include <algorithm>
+#include <cstring>
 #include <memory>
 
 #include <fcntl.h>
@@ -41,11 +42,10 @@ template <class T, class Call> ComPointer<T> Made(Call call) {
 }
 
 bool WriteFrame(IWICBitmapEncoder& encoder, unsigned int width, unsigned int height, std::vector<unsigned char>& bgr) {
-    const auto frame =
-        Made<IWICBitmapFrameEncode>([&](auto** made) { return encoder.CreateNewFrame(made, nullptr); });
+    const auto frame = Made<IWICBitmapFrameEncode>([&](auto** made) { return encoder.CreateNewFrame(made, nullptr); });
     WICPixelFormatGUID format = GUID_WICPixelFormat24bppBGR;
     return frame != nullptr && SUCCEEDED(frame->Initialize(nullptr)) && SUCCEEDED(frame->SetSize(width, height)) &&
-           SUCCEEDED(frame->SetPixelFormat(&format)) && IsEqualGUID(format, GUID_WICPixelFormat24bppBGR) &&
+           SUCCEEDED(frame->SetPixelFormat(&format)) && IsEqualGUID(format, GUID_WICPixelFormat24bppBGR) != 0 &&
            SUCCEEDED(frame->WritePixels(height, width * 3, static_cast<UINT>(bgr.size()), bgr.data())) &&
            SUCCEEDED(frame->Commit()) && SUCCEEDED(encoder.Commit());
 }
@@ -70,8 +70,19 @@ bool StandardErrorIsTerminal() {
     return _isatty(_fileno(stderr)) != 0;
 }
 
-std::FILE* CreateNewFile(const std::string& path) {
-    const int descriptor = _open(path.c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY, _S_IREAD | _S_IWRITE);
+std::filesystem::path PathOf(const std::string& name) {
+    const int bytes = static_cast<int>(name.size());
+    std::wstring wide(static_cast<std::size_t>(MultiByteToWideChar(CP_ACP, 0, name.data(), bytes, nullptr, 0)), L'\0');
+    MultiByteToWideChar(CP_ACP, 0, name.data(), bytes, wide.data(), static_cast<int>(wide.size()));
+    return wide;
+}
+
+std::FILE* OpenFile(const std::filesystem::path& path, const char* mode) {
+    return _wfopen(path.c_str(), std::wstring(mode, mode + std::strlen(mode)).c_str());
+}
+
+std::FILE* CreateNewFile(const std::filesystem::path& path) {
+    const int descriptor = _wopen(path.c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY, _S_IREAD | _S_IWRITE);
     return descriptor >= 0 ? _fdopen(descriptor, "wb") : nullptr;
 }
 

@@ -1,4 +1,5 @@
-// What the seam answers to formats that the system does not have. (On Windows the system picks the nearest one instead.)
+// What the seam answers to formats that the system does not have. (On Windows the system picks the nearest one
+// instead.)
 
 #include <Quorvex/platform/Gl.h>
 #include <Quorvex/platform/WindowSystem.h>
