@@ -33,8 +33,8 @@ public:
     Volume* Add(const Volume& volume, unsigned long* id = nullptr);
     ObjectTypes* Add(const ObjectTypes& group, unsigned long* id = nullptr);
 
-    // The first mesh or volume with the argument's data and attribute; the group that is the argument. Nothing for others. The
-    // argument may be the stored element itself, which is gone afterwards.
+    // The first mesh or volume with the argument's data and attribute; the group that is the argument. Nothing for
+    // others. The argument may be the stored element itself, which is gone afterwards.
     void Remove(const Mesh& mesh);
     void Remove(const Volume& volume);
     void Remove(const ObjectTypes& group);
