@@ -263,7 +263,8 @@ void InterruptLatency(benchmark::State& state) {
         Request request;
         SetMessagePump(Request::Pump, &request);
         seed = seed * 1664525U + 1013904223U;
-        request.due = Now() + 25.0 + (0.8 * whole - 25.0) * static_cast<double>(seed >> 8U) / 16777216.0;
+        const double latest = std::min(0.8 * whole, 400.0);
+        request.due = Now() + 25.0 + (latest - 25.0) * static_cast<double>(seed >> 8U) / 16777216.0;
         request.frame = &stage.frame;
         while (request.frame != nullptr || !Library::s_jobFast.empty()) {
             ProcessEvents();

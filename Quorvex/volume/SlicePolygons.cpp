@@ -33,7 +33,7 @@ constexpr bool ShareFace(int first, int second) {
 // The edges that a plane crosses, in order around its polygon.
 struct Cycle {
     int count = 0;
-    std::array<signed char, MAX_SLICE_POINTS> edges{};
+    std::array<unsigned char, MAX_SLICE_POINTS> edges{};
 };
 
 // below: the corners on the lower side of the plane, a bit each. Sets that no plane separates have no cycle.
@@ -60,7 +60,7 @@ constexpr Cycle FindCycle(int below) {
             return cycle;
         }
         std::swap(crossed[static_cast<std::size_t>(i)], crossed[static_cast<std::size_t>(next)]);
-        cycle.edges[static_cast<std::size_t>(i)] = static_cast<signed char>(crossed[static_cast<std::size_t>(i)]);
+        cycle.edges[static_cast<std::size_t>(i)] = static_cast<unsigned char>(crossed[static_cast<std::size_t>(i)]);
     }
     cycle.count = ShareFace(crossed[0], crossed[static_cast<std::size_t>(count) - 1]) ? count : 0;
     return cycle;
