@@ -86,14 +86,15 @@ void AddImportCommand(CLI::App& program) {
         ->required();
     AddParsed(*command, "--range", "MIN,MAX",
               "The samples that become 0 and 255, floats by default the smallest and the largest; 16 bits are\n"
-              "stretched to it and kept as they are by default",
+              "stretched to it, and kept as they are by default",
               [&o](const std::string& text) { o.range = ParseRange(text); });
     command->footer(
         "The file must hold exactly the samples. Its first slice is z = 0, which a REK file stores last. The\n"
         "samples keep their kind; when a volume is read, 16 bits count by their high byte. A file of any size\n"
         "passes through little memory.\n"
-        "Example:\n"
-        "  quorvex import scan.raw --dims 1024x1024x900 --type u16 -o scan.rek");
+        "Examples:\n"
+        "  quorvex import scan.raw --dims 1024x1024x900 --type f32 -o scan.rek\n"
+        "  quorvex import detector12bit.raw --dims 512x512x400 --type u16 --range 0,4095 -o scan.rek");
     command->callback([options] {
         if (options->range && options->type == REK_UINT8) {
             throw CLI::ValidationError("--range", "8-bit samples are taken as they are");
