@@ -106,13 +106,13 @@ Stage& TheStage() {
     return *s_stage;
 }
 
-enum Look : std::int64_t { OPAQUE, CLOUDY };
+enum Look : std::int64_t { SOLID, CLOUDY };
 
 void SetLook(VolumeAttribute& attribute, Look look) {
     for (unsigned int i = 0; i < VolumeAttribute::transferEntries; ++i) {
         const float grey = static_cast<float>(i) / 255.0F;
         const float above = std::clamp((static_cast<float>(i) - 60.0F) / 30.0F, 0.0F, 1.0F);
-        attribute.SetTransferFunction(i, {grey, grey, 1.0F - grey, look == OPAQUE ? above : 0.02F * above});
+        attribute.SetTransferFunction(i, {grey, grey, 1.0F - grey, look == SOLID ? above : 0.02F * above});
     }
 }
 
@@ -224,8 +224,8 @@ void VolumePass(benchmark::State& state) {
 }
 BENCHMARK(VolumePass)
     ->ArgNames({"mode", "cloudy"})
-    ->ArgsProduct({{VolumeAttribute::Shaded, VolumeAttribute::Unshaded}, {OPAQUE, CLOUDY}})
-    ->Args({VolumeAttribute::MaximumIntensity, OPAQUE})
+    ->ArgsProduct({{VolumeAttribute::Shaded, VolumeAttribute::Unshaded}, {SOLID, CLOUDY}})
+    ->Args({VolumeAttribute::MaximumIntensity, SOLID})
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond)
     ->Iterations(5);

@@ -32,14 +32,47 @@ void Render(const RenderOptions& options) {
     }
 }
 
+void AddVolumeOptions(CLI::App& command, VolumeOptions& o) {
+    AddParsed(command, "--volume-mode", VolumeModeNames(), "How volumes are drawn (default shaded)",
+              [&o](const std::string& text) { o.mode = ParseVolumeMode(text); });
+    command
+        .add_option("--transfer", o.transferFile,
+                    "Colours and opacities of the 256 intensities: lines 'r g b a', each 0 to 1. The default is made "
+                    "from the histogram: air transparent, material visible")
+        ->type_name("FILE");
+    AddParsed(command, "--intensity-window", "LO,HI", "Show the intensities from LO to HI (0 to 255) and nothing else",
+              [&o](const std::string& text) { o.window = ParseWindow(text); })
+        ->excludes("--transfer");
+    AddParsed(command, "--samples", "F", "Slices for half a voxel (default 2)",
+              [&o](const std::string& text) { o.samples = ParseNumber(text, 0.01, 64.0); });
+    const auto addPlane = [](const char* name, std::vector<Vector4d>& planes, const std::string& text) {
+        if (planes.size() == VolumeAttribute::userPlanes) {
+            throw std::invalid_argument(fmt::format("{} can be given {} times", name, VolumeAttribute::userPlanes));
+        }
+        planes.push_back(ParsePlane(text));
+    };
+    AddParsed(command, "--clip", "A,B,C,D", "Cut away where A x + B y + C z + D is negative; up to 6 times",
+              [&o, addPlane](const std::string& text) { addPlane("--clip", o.clipPlanes, text); })
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+        ->trigger_on_parse();
+    AddParsed(command, "--slice", "A,B,C,D",
+              "Show the voxels on the plane A x + B y + C z + D = 0 in grey, not clipped; up to 6 times",
+              [&o, addPlane](const std::string& text) { addPlane("--slice", o.slices, text); })
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+        ->trigger_on_parse();
+}
+
 } // namespace
 
 void AddRenderCommand(CLI::App& program) {
-    CLI::App* command = program.add_subcommand("render", "Draw STL files to a picture");
+    CLI::App* command = program.add_subcommand("render", "Draw STL and REK files to a picture");
     const auto options = std::make_shared<RenderOptions>();
     RenderOptions& o = *options;
 
-    command->add_option("FILE", o.files, "STL files, all in one scene, each in a colour of its own")
+    command
+        ->add_option(
+            "FILE", o.files,
+            "STL files (surfaces) and REK files (volumes), all in one scene, each surface in a colour of its own")
         ->required()
         ->type_name("");
     command->add_option("-o,--output", o.output, "The picture; its ending, .bmp or .png, says of which kind")
@@ -54,7 +87,7 @@ void AddRenderCommand(CLI::App& program) {
     AddParsed(*command, "--fov", "DEG", "Opening angle of the perspective across the picture's width (default 30)",
               [&o](const std::string& text) { o.fovDegrees = ParseNumber(text, 1.0, 150.0); });
     AddParsed(*command, "--antialias", "F",
-              "Pixels drawn for a pixel of the picture, each way, up to 4096 in all (default 2)",
+              "Pixels drawn for a pixel of the picture, each way, up to 4096 in all (default 2; 1 with volumes)",
               [&o](const std::string& text) { o.antiAliasing = ParseNumber(text, 1.0, 8.0); });
     AddParsed(*command, "--background", "RRGGBB[,RRGGBB]", "One colour, or those of the upper and the lower edge",
               [&o](const std::string& text) {
@@ -63,14 +96,19 @@ void AddRenderCommand(CLI::App& program) {
               });
     AddParsed(*command, "--mesh-mode", MeshModeNames(), "How surfaces are drawn (default surface)",
               [&o](const std::string& text) { o.meshMode = ParseMeshMode(text); });
-    command->add_flag("--bounding-box", o.boundingBox, "Mark the corners of each file's box");
+    command->add_flag("--bounding-box", o.boundingBox, "Mark the box of each file");
+    AddVolumeOptions(*command, o.volumes);
     command->footer(
         "Views are right-handed: front looks from +z with x to the right and y up, right from +x, top from\n"
         "+y with z down, iso from (1, 1, 1). The scene's box fills the picture up to a margin of 5 %.\n"
+        "A volume is centred on the origin, its longest axis from -1 to 1; planes are in these coordinates. The\n"
+        "coordinates of surfaces beside a volume are taken for its voxels.\n"
         "Examples:\n"
         "  quorvex render part.stl -o part.png\n"
         "  quorvex render part.stl -o front.bmp --view front --projection orthogonal --size 1200x900\n"
-        "  quorvex render housing.stl lid.stl -o both.png --background ffffff --mesh-mode hidden-line");
+        "  quorvex render housing.stl lid.stl -o both.png --background ffffff --mesh-mode hidden-line\n"
+        "  quorvex render scan.rek -o inside.png --clip 0,0,-1,0 --slice 0,0,1,0\n"
+        "  quorvex render scan.rek -o bones.png --volume-mode max --view front");
     command->callback([options] {
         try {
             CheckTogether(*options);

@@ -38,6 +38,12 @@ constexpr std::array<Choice<MeshAttribute::RenderMode>, 6> c_meshModes{
      {"xray", MeshAttribute::RENDER_XRAY},
      {"points", MeshAttribute::RENDER_POINTS}}};
 
+constexpr std::array<Choice<VolumeAttribute::RenderMode>, 4> c_volumeModes{
+    {{"shaded", VolumeAttribute::Shaded},
+     {"unshaded", VolumeAttribute::Unshaded},
+     {"min", VolumeAttribute::MinimumIntensity},
+     {"max", VolumeAttribute::MaximumIntensity}}};
+
 template <class T> std::string Names(std::span<const Choice<T>> choices, std::string_view separator) {
     std::string names;
     for (const Choice<T>& choice : choices) {
@@ -61,6 +67,14 @@ unsigned int WholeNumber(std::string_view text) {
     unsigned int value = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
     return error == std::errc() && end == text.data() + text.size() ? value : 0;
+}
+
+// The text before the next comma, or all that is left; takes it off the text.
+std::string_view TakeField(std::string_view& text) {
+    const std::size_t comma = std::min(text.find(','), text.size());
+    const std::string_view field = text.substr(0, comma);
+    text.remove_prefix(std::min(comma + 1, text.size()));
+    return field;
 }
 
 ColorRGBA ParseColor(std::string_view text) {
@@ -123,11 +137,48 @@ MeshAttribute::RenderMode ParseMeshMode(std::string_view text) {
     return Parse<MeshAttribute::RenderMode>(c_meshModes, text);
 }
 
+VolumeAttribute::RenderMode ParseVolumeMode(std::string_view text) {
+    return Parse<VolumeAttribute::RenderMode>(c_volumeModes, text);
+}
+
+Vector4d ParsePlane(std::string_view text) {
+    constexpr double largest = 1e6;
+    if (std::count(text.begin(), text.end(), ',') != 3) {
+        throw std::invalid_argument(fmt::format("'{}' is no plane of the form A,B,C,D", text));
+    }
+    Vector4d plane;
+    for (double* component : {&plane.x, &plane.y, &plane.z, &plane.w}) {
+        *component = ParseNumber(TakeField(text), -largest, largest);
+    }
+    if (plane.x == 0.0 && plane.y == 0.0 && plane.z == 0.0) {
+        throw std::invalid_argument("a plane needs a direction: A, B and C are all 0");
+    }
+    return plane;
+}
+
+IntensityWindow ParseWindow(std::string_view text) {
+    const auto level = [](std::string_view field) {
+        int value = -1;
+        const auto [end, error] = std::from_chars(field.data(), field.data() + field.size(), value);
+        return error == std::errc() && end == field.data() + field.size() ? value : -1;
+    };
+    std::string_view rest = text;
+    const int low = level(TakeField(rest));
+    const int high = level(rest);
+    if (low < 0 || high < low || high > 255) {
+        throw std::invalid_argument(fmt::format("'{}' is no window of the form LO,HI within 0 to 255", text));
+    }
+    return {low, high};
+}
+
 std::string SideNames() {
     return Names<Side>(c_sides, "|");
 }
 std::string ProjectionNames() {
     return Names<Projection>(c_projections, "|");
+}
+std::string VolumeModeNames() {
+    return Names<VolumeAttribute::RenderMode>(c_volumeModes, "|");
 }
 std::string MeshModeNames() {
     return Names<MeshAttribute::RenderMode>(c_meshModes, "|");

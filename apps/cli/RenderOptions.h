@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -8,6 +9,7 @@
 #include <Quorvex/mesh/MeshAttribute.h>
 
 #include "Camera.h"
+#include "VolumeLook.h"
 
 // What `quorvex render` is told, and how the texts of the command line become numbers.
 
@@ -35,11 +37,12 @@ struct RenderOptions {
     Side side = Side::Iso;
     Projection projection = Projection::Perspective;
     double fovDegrees = 30.0;
-    double antiAliasing = 2.0;
+    std::optional<double> antiAliasing; // else by what is drawn
     Background background{};
     bool backgroundGiven = false;
     MeshAttribute::RenderMode meshMode = MeshAttribute::RENDER_SURFACE;
     bool boundingBox = false;
+    VolumeOptions volumes;
 };
 
 // The parsers throw std::invalid_argument with a text that says what is wrong with the value.
@@ -56,6 +59,13 @@ Background ParseBackground(std::string_view text);
 Side ParseSide(std::string_view text);
 Projection ParseProjection(std::string_view text);
 MeshAttribute::RenderMode ParseMeshMode(std::string_view text);
+VolumeAttribute::RenderMode ParseVolumeMode(std::string_view text);
+
+// "A,B,C,D" with A, B and C not all zero.
+Vector4d ParsePlane(std::string_view text);
+
+// "LO,HI", whole numbers with 0 <= LO <= HI <= 255.
+IntensityWindow ParseWindow(std::string_view text);
 
 // By the ending of the name, in any case.
 PictureFormat FormatOf(std::string_view path);
@@ -64,6 +74,7 @@ PictureFormat FormatOf(std::string_view path);
 std::string SideNames();
 std::string ProjectionNames();
 std::string MeshModeNames();
+std::string VolumeModeNames();
 
 // Options that are right on their own but not together; throws std::invalid_argument.
 void CheckTogether(const RenderOptions& options);

@@ -11,6 +11,7 @@
 
 #include "Failure.h"
 #include "Lighting.h"
+#include "VolumeLook.h"
 
 namespace KOVA::Quorvex::cli {
 
@@ -31,14 +32,21 @@ bool ShowsLines(MeshAttribute::RenderMode mode) {
 }
 
 // Lines and points are as wide as they would be without anti-aliasing.
-float LineWidth(const RenderOptions& options) {
+float LineWidth(const RenderOptions& options, double antiAliasing) {
     const double points = options.meshMode == MeshAttribute::RENDER_POINTS ? 2.0 : 1.0;
-    return static_cast<float>(std::max(1.0, points * options.antiAliasing));
+    return static_cast<float>(std::max(1.0, points * antiAliasing));
 }
 
-Background BackgroundOf(const RenderOptions& options) {
+Background BackgroundOf(const RenderOptions& options, bool volumes) {
     if (options.backgroundGiven) {
         return options.background;
+    }
+    // The largest intensity is seen where it is brighter than the background, the smallest where it is darker.
+    if (volumes && options.volumes.mode == VolumeAttribute::MaximumIntensity) {
+        return {{0.0F, 0.0F, 0.0F}, {0.0F, 0.0F, 0.0F}};
+    }
+    if (volumes && options.volumes.mode == VolumeAttribute::MinimumIntensity) {
+        return {{1.0F, 1.0F, 1.0F}, {1.0F, 1.0F, 1.0F}};
     }
     // X-ray pictures add light to the background: the darker it is, the more they can show.
     if (options.meshMode == MeshAttribute::RENDER_XRAY) {
@@ -58,7 +66,7 @@ double Brightness(const Background& background) {
 } // namespace
 
 Studio::Studio(const OffscreenSession& session, const Scene& scene, const RenderOptions& options)
-    : m_options(options), m_box(scene.box) {
+    : m_options(options), m_hasVolumes(!scene.volumes.empty()), m_box(scene.box) {
     if (!m_frame.Init(session.Window(), &m_view)) {
         throw Failure("the off-screen window cannot be drawn to");
     }
@@ -66,15 +74,15 @@ Studio::Studio(const OffscreenSession& session, const Scene& scene, const Render
         throw Failure("this OpenGL driver cannot draw pictures off screen (GL_EXT_framebuffer_object is missing)");
     }
     m_frame.SetLight({0.0F, 0.0F, 1.0F}); // from the viewer, in right-handed views
-    const Background background = BackgroundOf(options);
+    const Background background = BackgroundOf(options, m_hasVolumes);
     m_frame.SetBackgroundColor(background.top, background.bottom);
-    SetAntiAliasing(options.size, options.antiAliasing);
+    SetAntiAliasing(options.size, AntiAliasing());
 
     for (const Mesh& source : scene.meshes) {
         Mesh* mesh = m_frame.Add(source);
         MeshAttribute& attribute = mesh->GetAttribute();
         attribute.SetRenderMode(options.meshMode);
-        attribute.SetLineWidth(LineWidth(options));
+        attribute.SetLineWidth(LineWidth(options, AntiAliasing()));
         attribute.SetShininess(c_shininess);
         attribute.SetSpecularity(c_specularity);
         if (options.boundingBox) {
@@ -84,6 +92,7 @@ Studio::Studio(const OffscreenSession& session, const Scene& scene, const Render
         OrientNormals(mesh->GetData());
         m_meshes.push_back(mesh);
     }
+    AddVolumes(scene);
     if (options.boundingBox) {
         m_box = m_box.Enlarged(static_cast<double>(RenderObjectAttribute::GetBoundingBoxRescale()));
     }
@@ -94,9 +103,29 @@ Studio::Studio(const OffscreenSession& session, const Scene& scene, const Render
         }
         mesh->GetData().Update(STORAGE_VBO);
     }
-    if (options.meshMode == MeshAttribute::RENDER_XRAY) {
+    if (options.meshMode == MeshAttribute::RENDER_XRAY && !m_hasVolumes) { // which have one size only
         ExposeXRay();
     }
+}
+
+void Studio::AddVolumes(const Scene& scene) {
+    if (m_hasVolumes && !Quorvex::CheckQXExtension(CAPABILITY_VOLUME)) {
+        throw Failure("this OpenGL driver cannot draw volumes (3D textures or shaders are missing)");
+    }
+    for (const Volume& source : scene.volumes) {
+        SetLook(m_options.volumes, source);
+        if (m_options.boundingBox) {
+            source.GetAttribute().ShowBoundingBox();
+            source.GetAttribute().SetColor(c_boxColor);
+        }
+        source.GetData().Update(STORAGE_VBO);
+        m_frame.Add(source);
+    }
+}
+
+// Surfaces of volumes are smooth by themselves, and what they cost goes with the pixels.
+double Studio::AntiAliasing() const {
+    return m_options.antiAliasing.value_or(m_hasVolumes ? 1.0 : 2.0);
 }
 
 std::vector<unsigned char> Studio::Draw() {
@@ -155,9 +184,9 @@ void Studio::ExposeXRay() {
     std::vector<unsigned char> pixels;
     const bool drawn = m_frame.RenderToPixels(pixels, sample.width, sample.height);
 
-    const Background background = BackgroundOf(m_options);
+    const Background background = BackgroundOf(m_options, m_hasVolumes);
     m_frame.SetBackgroundColor(background.top, background.bottom);
-    SetAntiAliasing(full, m_options.antiAliasing);
+    SetAntiAliasing(full, AntiAliasing());
     const double level = drawn ? BrightLevel(pixels) : 0.0;
     SetScale(ExposedScale(underexposed, level, wanted * (1.0 - Brightness(background))));
 }

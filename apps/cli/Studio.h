@@ -24,11 +24,14 @@ public:
     void DrawToBitmap(const std::string& path);
 
 private:
+    void AddVolumes(const Scene& scene);
+    double AntiAliasing() const;
     void SetScale(double scale);
     void SetAntiAliasing(PictureSize size, double factor);
     void ExposeXRay();
 
     const RenderOptions& m_options;
+    bool m_hasVolumes;
     Box m_box; // what has to be in the picture
     View m_view;
     RenderFrame m_frame;

@@ -163,10 +163,11 @@ TEST_F(VolumeGLTest, OpacityDoesNotDependOnTheNumberOfSlices) {
     FrameFixture f(64, 64);
     Volume* const shown = f.frame.Add(volume);
     f.frame.SetFastPassSampleDivisor(2.0F);
+    const double rounding = Has(CAPABILITY_FRAME_BUFFER) ? 0 : 40; // of 8-bit windows, slice by slice
     for (const float factor : {1.0F, 2.0F, 4.0F}) {
         shown->GetAttribute().SetSampleFactor(factor);
-        EXPECT_NEAR(f.Draw().At(32, 32).r, expected, 4) << factor;
-        EXPECT_NEAR(f.Draw(false).At(32, 32).r, expected, 6) << "fast pass at " << factor;
+        EXPECT_NEAR(f.Draw().At(32, 32).r, expected, 4 + rounding) << factor;
+        EXPECT_NEAR(f.Draw(false).At(32, 32).r, expected, 6 + rounding) << "fast pass at " << factor;
     }
     for (const float nonsense : {0.0F, -1.0F, std::nanf(""), 1e-30F}) {
         shown->GetAttribute().SetSampleFactor(nonsense);
