@@ -94,6 +94,19 @@ struct Limits {
     }
 };
 
+// Stretches 16-bit samples so that low becomes 0 and high 65535, and cuts off what lies beyond. Detectors seldom use
+// all 16 bits, and the high byte alone counts when the volume is read.
+void Stretch(unsigned char* samples, std::size_t count, double low, double high) {
+    const double factor = 65535.0 / (high - low);
+    for (std::size_t i = 0; i < count; ++i) {
+        std::uint16_t value = 0;
+        std::memcpy(&value, samples + i * sizeof(value), sizeof(value));
+        const double level = (static_cast<double>(value) - low) * factor + 0.5;
+        value = static_cast<std::uint16_t>(std::clamp(level, 0.0, 65535.0));
+        std::memcpy(samples + i * sizeof(value), &value, sizeof(value));
+    }
+}
+
 // Reports a stream's progress, when anybody listens, at every whole percent.
 class Meter {
 public:
@@ -162,9 +175,14 @@ void VolumeWriter::ConvertRaw(const char* rawPath, const RekHeader& header, cons
     }
     bool written = WriteHeader(file, header);
     Meter meter(progress, raw.Bytes());
+    const bool stretched = header.bits == REK_UINT16 && header.recVolMin < header.recVolMax;
     const std::int64_t sliceBytes = raw.Bytes() / header.depth;
     for (std::int64_t end = raw.Bytes(); end > 0 && written; end -= sliceBytes) {
-        raw.Read(end - sliceBytes, end, [&](const unsigned char* samples, std::size_t bytes) {
+        raw.Read(end - sliceBytes, end, [&](unsigned char* samples, std::size_t bytes) {
+            if (stretched) {
+                Stretch(samples, bytes / 2, static_cast<double>(header.recVolMin),
+                        static_cast<double>(header.recVolMax));
+            }
             written = written && file.Write(samples, bytes);
             meter.Advance(bytes);
         });

@@ -28,7 +28,8 @@ public:
                                               const Progress& progress = nullptr);
 
     // Writes the samples of a raw file under the header. The raw file must hold what the header says, no more and no
-    // less; every dimension must be at least 1.
+    // less; every dimension must be at least 1. 16-bit samples are stretched when recVolMin is less than recVolMax: the
+    // one becomes 0, the other 65535, and what lies beyond is cut off.
     static void ConvertRaw(const char* rawPath, const RekHeader& header, const char* rekPath,
                            const Progress& progress = nullptr);
 };

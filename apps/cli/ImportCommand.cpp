@@ -51,7 +51,7 @@ void Import(const ImportOptions& options) {
     header.bits = options.type;
     const bool measured = options.type == REK_FLOAT && !options.range;
     try {
-        if (options.type == REK_FLOAT) {
+        if (options.range || measured) {
             const FloatRange range = options.range ? *options.range : Measure(options, header, [&bar](double done) {
                 bar.Show(done / 3.0, "looking for the limits");
             });
@@ -85,17 +85,19 @@ void AddImportCommand(CLI::App& program) {
               [&o](const std::string& text) { o.type = ParseSampleType(text); })
         ->required();
     AddParsed(*command, "--range", "MIN,MAX",
-              "The floats that become 0 and 255 (default: the smallest and the largest)",
+              "The samples that become 0 and 255, floats by default the smallest and the largest; 16 bits are\n"
+              "stretched to it, and kept as they are by default",
               [&o](const std::string& text) { o.range = ParseRange(text); });
     command->footer(
         "The file must hold exactly the samples. Its first slice is z = 0, which a REK file stores last. The\n"
         "samples keep their kind; when a volume is read, 16 bits count by their high byte. A file of any size\n"
         "passes through little memory.\n"
-        "Example:\n"
-        "  quorvex import scan.raw --dims 1024x1024x900 --type u16 -o scan.rek");
+        "Examples:\n"
+        "  quorvex import scan.raw --dims 1024x1024x900 --type f32 -o scan.rek\n"
+        "  quorvex import detector12bit.raw --dims 512x512x400 --type u16 --range 0,4095 -o scan.rek");
     command->callback([options] {
-        if (options->range && options->type != REK_FLOAT) {
-            throw CLI::ValidationError("--range", "only floats (--type f32) have a range");
+        if (options->range && options->type == REK_UINT8) {
+            throw CLI::ValidationError("--range", "8-bit samples are taken as they are");
         }
         Import(*options);
     });

@@ -19,7 +19,7 @@ struct ImportOptions {
     std::string output;
     std::array<std::int16_t, 3> dims{};
     RekSamples type = REK_UINT8;
-    std::optional<FloatRange> range; // floats: what becomes 0 and what becomes 255; measured when it is not given
+    std::optional<FloatRange> range; // samples that become the smallest and the largest; floats are measured without it
 };
 
 // They throw std::invalid_argument.

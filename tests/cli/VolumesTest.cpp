@@ -52,6 +52,8 @@ TEST(VolumesTest, RawSamplesOfEveryKindAreImported) {
     EXPECT_THAT(import(WriteRaw<std::uint8_t>(raw, {1, 2, 3, 4, 5, 6}), "u8"), ElementsAre(1, 2, 3, 4, 5, 6));
     EXPECT_THAT(import(WriteRaw<std::uint16_t>(raw, {0x1FF, 0x200, 0x3AA, 0x400, 0x500, 0xFFFF}), "u16"),
                 ElementsAre(1, 2, 3, 4, 5, 255));
+    EXPECT_THAT(import(WriteRaw<std::uint16_t>(raw, {0, 100, 132, 2048, 4095, 5000}), "u16", "100,4195"),
+                ElementsAre(0, 0, 2, 121, 249, 255));
     constexpr float nan = std::numeric_limits<float>::quiet_NaN();
     WriteRaw<float>(raw, {-1, 0, 1, 2, 3, nan});
     EXPECT_THAT(import(raw, "f32"), ElementsAre(0, 63, 127, 191, 255, 0));
