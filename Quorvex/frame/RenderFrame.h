@@ -16,13 +16,15 @@ namespace KOVA::Quorvex {
 
 class View;
 
+// How the pictures of the two eyes come into one. Rows are counted from the bottom of the picture, columns from its
+// left side, both from 0.
 enum StereoMode : std::uint32_t {
     STEREO_NONE = 0,
-    STEREO_ANAGLYPH = 1,
-    STEREO_ROWS = 2,
-    STEREO_ROWS_ALTERNATE = 3,
-    STEREO_COLUMNS = 4,
-    STEREO_COLUMNS_SWAPPED = 5
+    STEREO_ANAGLYPH = 1,        // grey; right eye red, left eye green and blue
+    STEREO_ROWS = 2,            // right eye on even rows, left eye on odd ones
+    STEREO_ROWS_ALTERNATE = 3,  // the same
+    STEREO_COLUMNS = 4,         // right eye on odd columns, left eye on even ones
+    STEREO_COLUMNS_SWAPPED = 5, // the other way round
 };
 
 // One picture in one window: binds the window's device context, a camera (View, the host's) and the scene that the
@@ -95,9 +97,26 @@ public:
     // as it was.
     bool RenderToPixels(std::vector<unsigned char>& pixels, unsigned int width, unsigned int height);
 
-    // 0 (none) switches stereo off and is always possible; false, and nothing changed, for a mode that cannot be had.
+    // The mesh that is nearest under a pixel of the window, origin at the top left; null when there is none. Hidden
+    // meshes and those of nested groups are not found; a mesh that is drawn as lines or points is found where these
+    // are. In stereo it is asked for in the middle between the eyes. Draws nothing. Interrupts a quality pass that is
+    // under way, which is made again later; may be called from a message that this pass lets through.
+    Mesh* HitTest(unsigned int x, unsigned int y);
+
+    // 0 (none) switches stereo off and is always possible; false, and nothing changed, for a mode that cannot be had:
+    // unknown ones, and all without frame-buffer objects. The pictures of interleaved rows and columns have one pixel
+    // for each of the window's; anti-aliasing acts within the eyes' pictures, which are half as high or wide (rounded
+    // up). Call Render() to see the change.
     virtual bool SetStereoMode(StereoMode mode);
     StereoMode GetStereoMode() const { return m_stereoMode; }
+
+    // How far the scene is shifted sideways for each eye, in world units: to the right for the right eye, to the left
+    // for the left one when it is positive. In left-handed views the two pictures coincide at the distance of the
+    // world's origin (or at 1, when the camera is nearer than that); what is in front of it stands out of the screen
+    // for a viewer whose left eye sees the right eye's picture, as red-and-cyan glasses with the red on the left do.
+    // A negative effect is for those who see each picture with its own eye. In right-handed views the pictures nowhere
+    // coincide; hosts that look right-handed should turn the view's z axis round for stereo (mirror the third row of
+    // the modelview and make the projection left-handed), which shows the same picture.
     void SetStereoEffect(float effect) { m_stereoEffect = effect; }
     float GetStereoEffect() const { return m_stereoEffect; }
 
@@ -163,11 +182,34 @@ private:
         unsigned int width, height;
     };
 
+    struct Share { // of the window, in each direction
+        float x, y;
+    };
+
+    // What a pass draws: settings are kept as they were at its start, since the host may change them while it is let
+    // in.
+    struct Pass {
+        StereoMode mode;
+        Size picture;  // that was asked for
+        Size internal; // times anti-aliasing
+        Size composed; // in which it is shown
+        bool quality;
+    };
+
     bool OwnsWindow() const;
-    Size InternalSize(unsigned int width, unsigned int height) const;
+    Size InternalSize(Size picture) const;
+    Size ComposedSize(StereoMode mode, Size picture) const;
+    Share ShareOfWindow(Size picture) const;
     void SetUpLight();
-    void LoadCamera(Size target) const;
-    bool DrawMono(Size size, bool quality);
+    void CopyProjection(Size target, double* projection) const;
+    void LoadCamera(Size target, double eyeShift) const;
+    void BeginPicture(Size target) const;
+    bool DrawMono(const Pass& pass);
+    bool DrawStereo(const Pass& pass);
+    bool DrawEye(const Pass& pass, FrameBuffer& target, float eyeShift);
+    static Size EyeSize(StereoMode mode, Size internal);
+    void ComposeAnaglyph(const FrameBuffer& left, const FrameBuffer& right);
+    static void ComposeInterleaved(StereoMode mode, const FrameBuffer& left, const FrameBuffer& right);
     bool IsStopRequested() const;
     void ShowProgressLine(double now);
     bool LetInputThrough();
