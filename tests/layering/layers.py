@@ -38,6 +38,7 @@ HANDLES = "platform/Handles.h"
 # System headers and the only places that may see them.
 CONFINED = [
     (r"(EGL|X11|KHR)/.*|GL/glx.*|sys/(?!stat).*|unistd\.h|dlfcn\.h|poll\.h", ["platform/linux/*"]),
+    (r"ft2build\.h|(freetype|fontconfig)/.*", ["platform/linux/labels/*"]),
     (r"sys/stat\.h|fcntl\.h|io\.h", ["platform/*/*"]),
     (r"(?i)windows\.h", ["platform/win32/*", HANDLES]),
     (r"GL/.*", ["core/OpenGL.h", "platform/*/*"]),
