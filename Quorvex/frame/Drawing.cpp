@@ -145,23 +145,23 @@ void RenderFrame::CopyProjection(Size target, double* projection) const {
 }
 
 // The eye shift moves the scene sideways and shears it back around the distance of the world's origin.
-void RenderFrame::LoadCamera(Size target, double eyeShift) const {
-    double projection[16];
-    CopyProjection(target, projection);
-    double modelview[16];
-    std::copy_n(m_view->GetModelviewMatrix(), 16, modelview);
+void RenderFrame::LoadCamera(Size target, double eyeShift) {
+    CopyProjection(target, m_loadedProjection);
+    std::copy_n(m_view->GetModelviewMatrix(), 16, m_loadedModelview);
     if (eyeShift != 0.0) {
-        projection[8] -= eyeShift * projection[0] * EyeShiftFactor(modelview);
-        modelview[12] += eyeShift;
+        m_loadedProjection[8] -= eyeShift * m_loadedProjection[0] * EyeShiftFactor(m_loadedModelview);
+        m_loadedModelview[12] += eyeShift;
     }
     glMatrixMode(GL_PROJECTION);
-    glLoadMatrixd(projection);
+    glLoadMatrixd(m_loadedProjection);
     glMatrixMode(GL_MODELVIEW);
-    glLoadMatrixd(modelview);
+    glLoadMatrixd(m_loadedModelview);
 }
 
-// Makes the bound target of this size ready for a scene.
-void RenderFrame::BeginPicture(Size target) const {
+// Makes the bound target of this size ready for what is shown as a picture of another one.
+void RenderFrame::BeginTarget(Size target, Size picture) {
+    m_targetScaleX = static_cast<float>(target.width) / static_cast<float>(picture.width);
+    m_targetScaleY = static_cast<float>(target.height) / static_cast<float>(picture.height);
     glEnable(GL_DEPTH_TEST);
     glViewport(0, 0, static_cast<GLsizei>(target.width), static_cast<GLsizei>(target.height));
     glClear(GL_DEPTH_BUFFER_BIT); // the background covers the colours
@@ -169,10 +169,17 @@ void RenderFrame::BeginPicture(Size target) const {
 
 bool RenderFrame::DrawMono(const Pass& pass) {
     m_composedBuffer.BeginCapture();
-    BeginPicture(pass.composed);
+    BeginTarget(pass.composed, pass.picture);
     DrawBackground();
     LoadCamera(pass.composed, 0.0);
+    DrawBackgroundUserView();
     const bool finished = ObjectTypes::Render(*this, pass.quality);
+    if (m_rotationAxisEnabled) {
+        RenderRotationAxis();
+    }
+    if (finished && m_coordAxesEnabled) {
+        RenderCoordAxes();
+    }
     m_composedBuffer.EndCapture();
     return finished;
 }

@@ -76,6 +76,19 @@ public:
     void Display();
     void DrawBackground();
 
+    // Parts of a pass. The grid needs ShowGrid and a camera that looks and stands exactly along the world's axes; it
+    // lies in the plane through the middle of the scene, faces the viewer, and its spacing is 1, 2 or 5 times a power
+    // of ten. The axes of the coordinate system are shown in the lower left corner: x red, y green, z blue. The
+    // rotation axis is a centre line through the scene. They leave GL's state as they find it.
+    void DrawBackgroundUserView();
+    void RenderCoordAxes();
+    void RenderRotationAxis();
+
+    // Writes a text on the current target, in letters of the size of the grid's: the left end of its base line is at
+    // (x, y), in normalised device coordinates (-1..1, from the left and from the bottom). UTF-8, on Windows in the
+    // process's code page. Nothing without a font.
+    void glTextOut(const char* text, float x, float y, ColorRGB color);
+
     // For objects while they draw: the fraction (0..1) of the current object that is done. Shows a line of progress and
     // lets input through, each when it is due, so that calls may be many; true means that the pass must stop now, at
     // every call until it does. ProgressObject reports that one more object is done.
@@ -157,12 +170,20 @@ public:
     void SetQualityThreshold(float threshold) { m_qualityThreshold = threshold; }
     float GetQualityThreshold() const { return m_qualityThreshold; }
 
-    // What is drawn besides the scene.
+    // What is drawn besides the scene: the grid in every kind of picture, the axes in pictures for one eye.
     void SetCoordAxesEnabled(bool enabled) { m_coordAxesEnabled = enabled; }
     bool GetCoordAxesEnabled() const { return m_coordAxesEnabled; }
     void SetRotationsAxisEnabled(bool enabled) { m_rotationAxisEnabled = enabled; }
     bool GetRotationAxisEnabled() const { return m_rotationAxisEnabled; }
     void ShowGrid(bool show) { m_showGrid = show; }
+
+    // A point of the rotation axis and its direction, of any length but 0, in world coordinates. At first it is the z
+    // axis, about which scanners turn their parts.
+    void SetRotationAxis(const Vector3f& point, const Vector3f& direction);
+
+    // The numbers at the grid: the world's point (x, y, z) is shown as unit * (x, y, z) + origin. At first they are the
+    // world's coordinates; for hosts that bring their scenes to another size or place.
+    void SetGridUnit(double unit, double originX, double originY, double originZ);
 
     bool AVIIsHighQuality() const { return m_aviHighQuality; }
     bool SupportsStencil() const;
@@ -202,8 +223,9 @@ private:
     Share ShareOfWindow(Size picture) const;
     void SetUpLight();
     void CopyProjection(Size target, double* projection) const;
-    void LoadCamera(Size target, double eyeShift) const;
-    void BeginPicture(Size target) const;
+    void LoadCamera(Size target, double eyeShift);
+    void BeginTarget(Size target, Size picture);
+    bool HasBrightBackground() const;
     bool DrawMono(const Pass& pass);
     bool DrawStereo(const Pass& pass);
     bool DrawEye(const Pass& pass, FrameBuffer& target, float eyeShift);
@@ -245,6 +267,14 @@ private:
     ColorRGBA m_backgroundBottom{0.85F, 0.85F, 1.0F, 1.0F};
     bool m_coordAxesEnabled = false;
     bool m_rotationAxisEnabled = false;
+    Vector3f m_rotationAxisPoint{0.0F, 0.0F, 0.0F};
+    Vector3f m_rotationAxisDirection{0.0F, 0.0F, 1.0F};
+    double m_gridUnit = 1.0;
+    double m_gridOrigin[3] = {0.0, 0.0, 0.0};
+    double m_loadedProjection[16] = {}; // the camera of the picture that is being drawn
+    double m_loadedModelview[16] = {};
+    float m_targetScaleX = 1.0F; // its pixels for each of those that are shown
+    float m_targetScaleY = 1.0F;
     bool m_abort = false;
     Vector3f m_light{0.0F, 0.0F, -1.0F};
     Vector3f m_lightTransformed{0.0F, 0.0F, 0.0F};

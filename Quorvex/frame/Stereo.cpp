@@ -101,7 +101,7 @@ bool RenderFrame::DrawStereo(const Pass& pass) {
         return false;
     }
     m_composedBuffer.BeginCapture();
-    BeginPicture(pass.composed);
+    BeginTarget(pass.composed, pass.picture);
     if (pass.mode == STEREO_ANAGLYPH) {
         ComposeAnaglyph(left, right);
     } else {
@@ -113,9 +113,10 @@ bool RenderFrame::DrawStereo(const Pass& pass) {
 
 bool RenderFrame::DrawEye(const Pass& pass, FrameBuffer& target, float eyeShift) {
     target.BeginCapture();
-    BeginPicture({target.GetWidth(), target.GetHeight()});
+    BeginTarget({target.GetWidth(), target.GetHeight()}, pass.picture);
     DrawBackground();
     LoadCamera(pass.composed, static_cast<double>(eyeShift));
+    DrawBackgroundUserView();
     const bool finished = ObjectTypes::Render(*this, pass.quality);
     target.EndCapture();
     return finished;
