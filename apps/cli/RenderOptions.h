@@ -8,6 +8,7 @@
 #include <Quorvex/mesh/MeshAttribute.h>
 
 #include "Camera.h"
+#include "Marks.h"
 
 // What `quorvex render` is told, and how the texts of the command line become numbers.
 
@@ -40,6 +41,7 @@ struct RenderOptions {
     bool backgroundGiven = false;
     MeshAttribute::RenderMode meshMode = MeshAttribute::RENDER_SURFACE;
     bool boundingBox = false;
+    Marks marks;
 };
 
 // The parsers throw std::invalid_argument with a text that says what is wrong with the value.

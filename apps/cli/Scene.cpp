@@ -1,6 +1,7 @@
 #include "Scene.h"
 
 #include <array>
+#include <functional>
 
 #include <fmt/format.h>
 
@@ -43,10 +44,22 @@ void CenterAndScale(MeshData& data, const std::array<double, 3>& center, double 
     data.UpdateMetrics();
 }
 
+// All positions of the marks, to be changed in place.
+std::vector<std::reference_wrapper<Position>> PositionsOf(Marks& marks) {
+    std::vector<std::reference_wrapper<Position>> positions;
+    for (PointMark& point : marks.points) {
+        positions.emplace_back(point.position);
+    }
+    for (LineMark& line : marks.lines) {
+        positions.insert(positions.end(), {line.ends[0], line.ends[1]});
+    }
+    return positions;
+}
+
 } // namespace
 
-Scene LoadScene(const std::vector<std::string>& files, ProgressBar& progress) {
-    Scene scene{{}, Box::Empty()};
+Scene LoadScene(const std::vector<std::string>& files, const Marks& marks, ProgressBar& progress) {
+    Scene scene{{}, marks, Box::Empty()};
     for (std::size_t i = 0; i < files.size(); ++i) {
         progress.Show(static_cast<double>(i) / static_cast<double>(files.size() + 1), files[i]);
         Mesh mesh = ReadModel(files[i]);
@@ -62,6 +75,10 @@ Scene LoadScene(const std::vector<std::string>& files, ProgressBar& progress) {
         scene.meshes.push_back(mesh);
     }
 
+    for (const Position& position : PositionsOf(scene.marks)) {
+        scene.box.Include({position, position});
+    }
+
     const std::array<double, 3> center = scene.box.Center();
     const double radius = scene.box.Radius();
     const double factor = radius > 0.0 ? 1.0 / radius : 1.0;
@@ -71,6 +88,11 @@ Scene LoadScene(const std::vector<std::string>& files, ProgressBar& progress) {
     }
     for (const Mesh& mesh : scene.meshes) {
         CenterAndScale(mesh.GetData(), center, factor);
+    }
+    for (Position& position : PositionsOf(scene.marks)) {
+        for (std::size_t i = 0; i < 3; ++i) {
+            position[i] = (position[i] - center[i]) * factor;
+        }
     }
     return scene;
 }

@@ -6,6 +6,7 @@
 #include <Quorvex/mesh/Mesh.h>
 
 #include "Camera.h"
+#include "Marks.h"
 
 namespace KOVA::Quorvex::cli {
 
@@ -16,10 +17,11 @@ class ProgressBar;
 // for a plant far away from the origin of its coordinates.
 struct Scene {
     std::vector<Mesh> meshes; // each file in a colour of its own
-    Box box;                  // the true union; radius 1, or 0 when all there is is one point
+    Marks marks;
+    Box box; // the true union, marks included; radius 1, or 0 when all there is is one point
 };
 
 // Throws Failure when a file cannot be read or has nothing that could be drawn.
-Scene LoadScene(const std::vector<std::string>& files, ProgressBar& progress);
+Scene LoadScene(const std::vector<std::string>& files, const Marks& marks, ProgressBar& progress);
 
 } // namespace KOVA::Quorvex::cli

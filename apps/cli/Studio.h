@@ -25,6 +25,7 @@ public:
 
 private:
     void SetScale(double scale);
+    void PlaceMarks(double scale);
     void SetAntiAliasing(PictureSize size, double factor);
     void ExposeXRay();
 
@@ -33,6 +34,8 @@ private:
     View m_view;
     RenderFrame m_frame;
     std::vector<Mesh*> m_meshes; // in the frame
+    const Marks& m_marks;
+    OverlayData* m_overlay; // in the frame
 };
 
 // The factor by which an X-ray scene is enlarged so that its brightest spots come out at the wanted level, when they
