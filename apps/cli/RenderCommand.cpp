@@ -64,6 +64,14 @@ void AddRenderCommand(CLI::App& program) {
     AddParsed(*command, "--mesh-mode", MeshModeNames(), "How surfaces are drawn (default surface)",
               [&o](const std::string& text) { o.meshMode = ParseMeshMode(text); });
     command->add_flag("--bounding-box", o.boundingBox, "Mark the corners of each file's box");
+    command->add_flag("--axes", o.axes, "Show where x (red), y (green) and z (blue) point, in the lower left corner");
+    command->add_flag(
+        "--grid", o.grid,
+        "Draw a grid with the files' coordinates, through the middle of the scene; in views along an axis");
+    AddParsed(*command, "--stereo", "N",
+              "For two eyes: 1 red and cyan (red glass on the left); 2, 3 interleaved rows, the right eye's in the "
+              "lowest; 4, 5 interleaved columns, the left eye's in the first or in the second (default 0, one eye)",
+              [&o](const std::string& text) { o.stereo = ParseStereo(text); });
     AddParsedMany(*command, "--point", "X,Y,Z[,LABEL]", "Mark a point, with a label above it; may be repeated",
                   [&o](const std::string& text) { o.marks.points.push_back(ParsePointMark(text)); });
     AddParsedMany(*command, "--line", "X1,Y1,Z1,X2,Y2,Z2[,LABEL]",

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include <Quorvex/core/Colors.h>
+#include <Quorvex/frame/RenderFrame.h>
 #include <Quorvex/mesh/MeshAttribute.h>
 
 #include "Camera.h"
@@ -41,6 +42,9 @@ struct RenderOptions {
     bool backgroundGiven = false;
     MeshAttribute::RenderMode meshMode = MeshAttribute::RENDER_SURFACE;
     bool boundingBox = false;
+    StereoMode stereo = STEREO_NONE;
+    bool axes = false;
+    bool grid = false;
     Marks marks;
 };
 
@@ -58,6 +62,9 @@ Background ParseBackground(std::string_view text);
 Side ParseSide(std::string_view text);
 Projection ParseProjection(std::string_view text);
 MeshAttribute::RenderMode ParseMeshMode(std::string_view text);
+
+// "0" to "5".
+StereoMode ParseStereo(std::string_view text);
 
 // By the ending of the name, in any case.
 PictureFormat FormatOf(std::string_view path);

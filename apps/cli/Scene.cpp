@@ -59,7 +59,7 @@ std::vector<std::reference_wrapper<Position>> PositionsOf(Marks& marks) {
 } // namespace
 
 Scene LoadScene(const std::vector<std::string>& files, const Marks& marks, ProgressBar& progress) {
-    Scene scene{{}, marks, Box::Empty()};
+    Scene scene{{}, marks, 1.0, {}, Box::Empty()};
     for (std::size_t i = 0; i < files.size(); ++i) {
         progress.Show(static_cast<double>(i) / static_cast<double>(files.size() + 1), files[i]);
         Mesh mesh = ReadModel(files[i]);
@@ -82,6 +82,8 @@ Scene LoadScene(const std::vector<std::string>& files, const Marks& marks, Progr
     const std::array<double, 3> center = scene.box.Center();
     const double radius = scene.box.Radius();
     const double factor = radius > 0.0 ? 1.0 / radius : 1.0;
+    scene.unit = 1.0 / factor;
+    scene.middle = center;
     for (std::size_t i = 0; i < 3; ++i) {
         scene.box.low[i] = (scene.box.low[i] - center[i]) * factor;
         scene.box.high[i] = (scene.box.high[i] - center[i]) * factor;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <string>
 #include <vector>
 
@@ -18,7 +19,9 @@ class ProgressBar;
 struct Scene {
     std::vector<Mesh> meshes; // each file in a colour of its own
     Marks marks;
-    Box box; // the true union, marks included; radius 1, or 0 when all there is is one point
+    double unit;                  // of the files for 1 of the scene
+    std::array<double, 3> middle; // in the files' coordinates
+    Box box;                      // the true union, marks included; radius 1, or 0 when all there is is one point
 };
 
 // Throws Failure when a file cannot be read or has nothing that could be drawn.

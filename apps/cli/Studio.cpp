@@ -11,6 +11,7 @@
 
 #include "Failure.h"
 #include "Lighting.h"
+#include "StereoView.h"
 
 namespace KOVA::Quorvex::cli {
 
@@ -76,7 +77,8 @@ double Brightness(const Background& background) {
 } // namespace
 
 Studio::Studio(const OffscreenSession& session, const Scene& scene, const RenderOptions& options)
-    : m_options(options), m_box(scene.box), m_marks(scene.marks), m_overlay(&m_frame.Add(Overlay())->GetData()) {
+    : m_options(options), m_box(scene.box), m_unit(scene.unit), m_middle(scene.middle), m_marks(scene.marks),
+      m_overlay(&m_frame.Add(Overlay())->GetData()) {
     if (!m_frame.Init(session.Window(), &m_view)) {
         throw Failure("the off-screen window cannot be drawn to");
     }
@@ -116,6 +118,23 @@ Studio::Studio(const OffscreenSession& session, const Scene& scene, const Render
     if (options.meshMode == MeshAttribute::RENDER_XRAY) {
         ExposeXRay();
     }
+    m_frame.SetCoordAxesEnabled(options.axes);
+    m_frame.ShowGrid(options.grid);
+    if (options.stereo != STEREO_NONE) {
+        SetUpStereo();
+    }
+}
+
+void Studio::SetUpStereo() {
+    CountDepthsAway(m_view);
+    m_frame.SetLight({0.0F, 0.0F, -1.0F});
+    // The red glass is on the left, so its eye sees what the frame calls the right eye's picture. Interleaved screens
+    // give each eye its own.
+    const float effect = ComfortableEffect(m_view);
+    m_frame.SetStereoEffect(m_options.stereo == STEREO_ANAGLYPH ? effect : -effect);
+    if (!m_frame.SetStereoMode(m_options.stereo)) {
+        throw Failure("this OpenGL driver cannot draw stereo pictures");
+    }
 }
 
 std::vector<unsigned char> Studio::Draw() {
@@ -144,6 +163,7 @@ void Studio::SetScale(double scale) {
     const double aspect = static_cast<double>(m_options.size.width) / static_cast<double>(m_options.size.height);
     Load(FitCamera(m_box.Scaled(scale), {m_options.side, m_options.projection, m_options.fovDegrees, aspect}), m_view);
     PlaceMarks(scale);
+    m_frame.SetGridUnit(m_unit / scale, m_middle[0], m_middle[1], m_middle[2]);
 }
 
 void Studio::PlaceMarks(double scale) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <vector>
 
 #include <Quorvex/frame/RenderFrame.h>
@@ -28,9 +29,12 @@ private:
     void PlaceMarks(double scale);
     void SetAntiAliasing(PictureSize size, double factor);
     void ExposeXRay();
+    void SetUpStereo();
 
     const RenderOptions& m_options;
-    Box m_box; // what has to be in the picture
+    Box m_box;                      // what has to be in the picture
+    double m_unit;                  // of the files for 1 of the scene
+    std::array<double, 3> m_middle; // in the files' coordinates
     View m_view;
     RenderFrame m_frame;
     std::vector<Mesh*> m_meshes; // in the frame
