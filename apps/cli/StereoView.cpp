@@ -11,7 +11,7 @@ namespace KOVA::Quorvex::cli {
 namespace {
 
 // Of the picture's width, which is 2 in normalised device coordinates and is shared by two eyes.
-constexpr double c_largestParallax = 0.03;
+constexpr double c_largestParallax = 0.04;
 
 } // namespace
 

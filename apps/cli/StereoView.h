@@ -14,7 +14,7 @@ namespace KOVA::Quorvex::cli {
 void CountDepthsAway(View& view);
 
 // How far the scene is shifted for each eye of a left-handed view, so that the nearest and the farthest visible point
-// are at most 3 % of the picture's width apart in the two pictures: more tires the eyes.
+// are at most 4 % of the picture's width apart in the two pictures: more tires the eyes.
 float ComfortableEffect(const View& view);
 
 } // namespace KOVA::Quorvex::cli

@@ -24,6 +24,9 @@ constexpr double c_maxDrawnSize = 4096.0;
 constexpr float c_shininess = 30.0F;
 constexpr float c_specularity = 0.25F;
 
+// On each side of the box, so that it does not hide the numbers of the grid.
+constexpr double c_roomForNumbers = 0.05;
+
 constexpr ColorRGBA c_boxColor{1.0F, 0.55F, 0.1F};
 
 // Marks stand out from parts and from backgrounds of either kind.
@@ -107,6 +110,9 @@ Studio::Studio(const OffscreenSession& session, const Scene& scene, const Render
     }
     if (options.boundingBox) {
         m_box = m_box.Enlarged(static_cast<double>(RenderObjectAttribute::GetBoundingBoxRescale()));
+    }
+    if (options.grid) {
+        m_box = m_box.Enlarged(c_roomForNumbers);
     }
     SetScale(1.0);
     for (const Mesh* mesh : m_meshes) {
