@@ -17,6 +17,11 @@
 #include <Quorvex/mesh/MeshReader.h>
 #include <Quorvex/mesh/MeshRenderer.h>
 #include <Quorvex/mesh/MeshWriter.h>
+#include <Quorvex/overlay/Line.h>
+#include <Quorvex/overlay/Overlay.h>
+#include <Quorvex/overlay/OverlayData.h>
+#include <Quorvex/overlay/Point.h>
+#include <Quorvex/overlay/Text.h>
 #include <Quorvex/platform/Handles.h>
 #include <Quorvex/scene/ObjectList.h>
 #include <Quorvex/scene/ObjectTypes.h>

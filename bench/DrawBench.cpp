@@ -126,6 +126,33 @@ public:
         glFinish();
     }
 
+    // Positions alone, in selection mode, with the projection on one pixel.
+    void Select(double x, double y) {
+        GLuint hits[64];
+        glViewport(0, 0, WIDTH, HEIGHT);
+        glMatrixMode(GL_PROJECTION);
+        glLoadIdentity();
+        glTranslated(WIDTH - 2.0 * x, HEIGHT - 2.0 * y, 0.0);
+        glScaled(WIDTH, HEIGHT, 1.0);
+        glMultMatrixd(m_projection);
+        glMatrixMode(GL_MODELVIEW);
+        glLoadMatrixd(m_modelview);
+        glSelectBuffer(64, hits);
+        glRenderMode(GL_SELECT);
+        glInitNames();
+        glPushName(1);
+        glEnableClientState(GL_VERTEX_ARRAY);
+        glDisableClientState(GL_NORMAL_ARRAY);
+        m_bindBuffer(GL_ARRAY_BUFFER_ARB, m_vertices);
+        glVertexPointer(3, GL_FLOAT, 0, nullptr);
+        glDrawArrays(GL_TRIANGLES, 0, static_cast<GLsizei>(m_data.GetNumVertices()));
+        m_bindBuffer(GL_ARRAY_BUFFER_ARB, 0);
+        if (glRenderMode(GL_RENDER) != 1) {
+            std::fprintf(stderr, "nothing was selected\n");
+            std::exit(1);
+        }
+    }
+
 private:
     void Upload(GLuint& buffer, const Vector3f* array) {
         const auto bytes = static_cast<std::ptrdiff_t>(sizeof(Vector3f) * m_data.GetNumVertices());
@@ -174,6 +201,34 @@ void LitFrame(benchmark::State& state) {
     stage.frame.Clear();
 }
 BENCHMARK(LitFrame)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(31);
+
+// Asking for the mesh under a pixel of a million triangles, beside a bare draw call of its buffer in selection mode.
+void HitTest(benchmark::State& state) {
+    Stage& stage = TheStage();
+    Mesh mesh = BuildMillionTriangles();
+    stage.frame.Clear();
+    Mesh* const stored = stage.frame.Add(mesh);
+    BareDraw bare(mesh.GetData(), stage.view);
+    std::vector<double> limits;
+    std::vector<double> subjects;
+    stage.frame.Render(true, WIDTH, HEIGHT);
+    glFinish();
+    for ([[maybe_unused]] auto _ : state) {
+        limits.push_back(Milliseconds([&bare] { bare.Select(WIDTH / 2, HEIGHT / 2); }));
+        Mesh* hit = nullptr;
+        subjects.push_back(Milliseconds([&] { hit = stage.frame.HitTest(WIDTH / 2, HEIGHT / 2); }));
+        if (hit != stored) {
+            state.SkipWithError("the mesh was not hit");
+            break;
+        }
+        state.SetIterationTime(subjects.back() / 1000.0);
+    }
+    state.counters["pick_ms"] = Median(subjects);
+    state.counters["bare_ms"] = Median(limits);
+    state.counters["ratio"] = Median(subjects) / Median(limits);
+    stage.frame.Clear();
+}
+BENCHMARK(HitTest)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(31);
 
 // A picture of 1920 x 1080 written as a bitmap, beside drawing it, reading its texture back and writing as many bytes
 // in one call.

@@ -2,13 +2,14 @@
 
 #include <algorithm>
 #include <cassert>
+#include <cmath>
 
 #include <Quorvex/core/Extensions.h>
 #include <Quorvex/core/Facade.h>
 #include <Quorvex/core/GlThread.h>
 #include <Quorvex/core/OpenGL.h>
 #include <Quorvex/frame/BusyFrames.h>
-#include <Quorvex/frame/NormalizedDevice.h>
+#include <Quorvex/frame/PictureQuad.h>
 #include <Quorvex/frame/RenderFrame.h>
 #include <Quorvex/platform/Gl.h>
 #include <Quorvex/platform/Messages.h>
@@ -23,6 +24,17 @@ constexpr double MAX_INTERNAL_SIZE = 4096.0;
 unsigned int InternalExtent(unsigned int extent, double factor) {
     const double scaled = extent * factor;
     return scaled >= 1.0 ? static_cast<unsigned int>(std::min(scaled, MAX_INTERNAL_SIZE)) : 1;
+}
+
+// 1 / distance of the camera from the world's origin, 1 for a camera that is nearer than 1.
+double EyeShiftFactor(const double* m) {
+    double squares = 0.0;
+    for (int axis = 0; axis < 12; axis += 4) {
+        const double coordinate = m[axis] * m[12] + m[axis + 1] * m[13] + m[axis + 2] * m[14];
+        squares += coordinate * coordinate;
+    }
+    const double distance = std::sqrt(squares);
+    return distance > 1.0 ? 1.0 / distance : 1.0;
 }
 
 // A flag that is set for the length of a pass, and the seconds that the pass took.
@@ -63,10 +75,19 @@ bool RenderFrame::Render(bool quality, unsigned int width, unsigned int height) 
     return finished;
 }
 
-RenderFrame::Size RenderFrame::InternalSize(unsigned int width, unsigned int height) const {
+RenderFrame::Size RenderFrame::InternalSize(Size picture) const {
     // Straight into the window there is one pixel for each.
     const double factor = Quorvex::CheckQXExtension(CAPABILITY_FRAME_BUFFER) ? double{m_antiAliasing} : 1.0;
-    return {InternalExtent(width, factor), InternalExtent(height, factor)};
+    return {InternalExtent(picture.width, factor), InternalExtent(picture.height, factor)};
+}
+
+// Interleaved rows and columns would be mixed again if they were brought to another size.
+RenderFrame::Size RenderFrame::ComposedSize(StereoMode mode, Size picture) const {
+    if (mode == STEREO_NONE || mode == STEREO_ANAGLYPH) {
+        return InternalSize(picture);
+    }
+    const double factor = std::min(1.0, MAX_INTERNAL_SIZE / std::max(picture.width, picture.height));
+    return {InternalExtent(picture.width, factor), InternalExtent(picture.height, factor)};
 }
 
 bool RenderFrame::DrawGL(unsigned int width, unsigned int height, bool quality) {
@@ -77,19 +98,20 @@ bool RenderFrame::DrawGL(unsigned int width, unsigned int height, bool quality) 
     if (m_busy) {
         return false;
     }
-    const Size size = InternalSize(width, height);
+    const Size picture{width, height};
+    const Pass pass{m_stereoMode, picture, InternalSize(picture), ComposedSize(m_stereoMode, picture), quality};
     const bool offScreen = Quorvex::CheckQXExtension(CAPABILITY_FRAME_BUFFER);
     m_progress = 0.0F;
     m_objectsDone = 0.0F;
     m_progressLine = 0;
     m_nextPoll = 0.0;
-    const PassScope pass(m_busy, m_passDuration, m_counterFrequency);
+    const PassScope scope(m_busy, m_passDuration, m_counterFrequency);
 
     SetUpLight();
     if (offScreen) {
-        m_composedBuffer.SetInternalResolution(size.width, size.height, HoldsVolumes());
+        m_composedBuffer.SetInternalResolution(pass.composed.width, pass.composed.height, HoldsVolumes());
     }
-    const bool finished = DrawMono(size, quality);
+    const bool finished = pass.mode == STEREO_NONE ? DrawMono(pass) : DrawStereo(pass);
     if (finished && offScreen) {
         Display();
     }
@@ -117,24 +139,47 @@ void RenderFrame::SetUpLight() {
     glLightfv(GL_LIGHT0, GL_POSITION, direction);
 }
 
-void RenderFrame::LoadCamera(Size target) const {
-    double projection[16];
+void RenderFrame::CopyProjection(Size target, double* projection) const {
     std::copy_n(m_view->GetProjectionMatrix(), 16, projection);
     projection[5] *= static_cast<double>(target.width) / target.height;
-    glMatrixMode(GL_PROJECTION);
-    glLoadMatrixd(projection);
-    glMatrixMode(GL_MODELVIEW);
-    glLoadMatrixd(m_view->GetModelviewMatrix());
 }
 
-bool RenderFrame::DrawMono(Size size, bool quality) {
-    m_composedBuffer.BeginCapture();
+// The eye shift moves the scene sideways and shears it back around the distance of the world's origin.
+void RenderFrame::LoadCamera(Size target, double eyeShift) {
+    CopyProjection(target, m_loadedProjection);
+    std::copy_n(m_view->GetModelviewMatrix(), 16, m_loadedModelview);
+    if (eyeShift != 0.0) {
+        m_loadedProjection[8] -= eyeShift * m_loadedProjection[0] * EyeShiftFactor(m_loadedModelview);
+        m_loadedModelview[12] += eyeShift;
+    }
+    glMatrixMode(GL_PROJECTION);
+    glLoadMatrixd(m_loadedProjection);
+    glMatrixMode(GL_MODELVIEW);
+    glLoadMatrixd(m_loadedModelview);
+}
+
+// Makes the bound target of this size ready for what is shown as a picture of another one.
+void RenderFrame::BeginTarget(Size target, Size picture) {
+    m_targetScaleX = static_cast<float>(target.width) / static_cast<float>(picture.width);
+    m_targetScaleY = static_cast<float>(target.height) / static_cast<float>(picture.height);
     glEnable(GL_DEPTH_TEST);
-    glViewport(0, 0, static_cast<GLsizei>(size.width), static_cast<GLsizei>(size.height));
+    glViewport(0, 0, static_cast<GLsizei>(target.width), static_cast<GLsizei>(target.height));
     glClear(GL_DEPTH_BUFFER_BIT); // the background covers the colours
+}
+
+bool RenderFrame::DrawMono(const Pass& pass) {
+    m_composedBuffer.BeginCapture();
+    BeginTarget(pass.composed, pass.picture);
     DrawBackground();
-    LoadCamera(size);
-    const bool finished = ObjectTypes::Render(*this, quality);
+    LoadCamera(pass.composed, 0.0);
+    DrawBackgroundUserView();
+    const bool finished = ObjectTypes::Render(*this, pass.quality);
+    if (m_rotationAxisEnabled) {
+        RenderRotationAxis();
+    }
+    if (finished && m_coordAxesEnabled) {
+        RenderCoordAxes();
+    }
     m_composedBuffer.EndCapture();
     return finished;
 }

@@ -16,13 +16,15 @@ namespace KOVA::Quorvex {
 
 class View;
 
+// How the pictures of the two eyes come into one. Rows are counted from the bottom of the picture, columns from its
+// left side, both from 0.
 enum StereoMode : std::uint32_t {
     STEREO_NONE = 0,
-    STEREO_ANAGLYPH = 1,
-    STEREO_ROWS = 2,
-    STEREO_ROWS_ALTERNATE = 3,
-    STEREO_COLUMNS = 4,
-    STEREO_COLUMNS_SWAPPED = 5
+    STEREO_ANAGLYPH = 1,        // grey; right eye red, left eye green and blue
+    STEREO_ROWS = 2,            // right eye on even rows, left eye on odd ones
+    STEREO_ROWS_ALTERNATE = 3,  // the same
+    STEREO_COLUMNS = 4,         // right eye on odd columns, left eye on even ones
+    STEREO_COLUMNS_SWAPPED = 5, // the other way round
 };
 
 // One picture in one window: binds the window's device context, a camera (View, the host's) and the scene that the
@@ -74,6 +76,19 @@ public:
     void Display();
     void DrawBackground();
 
+    // Parts of a pass. The grid needs ShowGrid and a camera that looks and stands exactly along the world's axes; it
+    // lies in the plane through the middle of the scene, faces the viewer, and its spacing is 1, 2 or 5 times a power
+    // of ten. The axes of the coordinate system are shown in the lower left corner: x red, y green, z blue. The
+    // rotation axis is a centre line through the scene. They leave GL's state as they find it.
+    void DrawBackgroundUserView();
+    void RenderCoordAxes();
+    void RenderRotationAxis();
+
+    // Writes a text on the current target, in letters of the size of the grid's: the left end of its base line is at
+    // (x, y), in normalised device coordinates (-1..1, from the left and from the bottom). UTF-8, on Windows in the
+    // process's code page. Nothing without a font.
+    void glTextOut(const char* text, float x, float y, ColorRGB color);
+
     // For objects while they draw: the fraction (0..1) of the current object that is done. Shows a line of progress and
     // lets input through, each when it is due, so that calls may be many; true means that the pass must stop now, at
     // every call until it does. ProgressObject reports that one more object is done.
@@ -95,9 +110,26 @@ public:
     // as it was.
     bool RenderToPixels(std::vector<unsigned char>& pixels, unsigned int width, unsigned int height);
 
-    // 0 (none) switches stereo off and is always possible; false, and nothing changed, for a mode that cannot be had.
+    // The mesh that is nearest under a pixel of the window, origin at the top left; null when there is none. Hidden
+    // meshes and those of nested groups are not found; a mesh that is drawn as lines or points is found where these
+    // are. In stereo it is asked for in the middle between the eyes. Draws nothing. Interrupts a quality pass that is
+    // under way, which is made again later; may be called from a message that this pass lets through.
+    Mesh* HitTest(unsigned int x, unsigned int y);
+
+    // 0 (none) switches stereo off and is always possible; false, and nothing changed, for a mode that cannot be had:
+    // unknown ones, and all without frame-buffer objects. The pictures of interleaved rows and columns have one pixel
+    // for each of the window's; anti-aliasing acts within the eyes' pictures, which are half as high or wide (rounded
+    // up). Call Render() to see the change.
     virtual bool SetStereoMode(StereoMode mode);
     StereoMode GetStereoMode() const { return m_stereoMode; }
+
+    // How far the scene is shifted sideways for each eye, in world units: to the right for the right eye, to the left
+    // for the left one when it is positive. In left-handed views the two pictures coincide at the distance of the
+    // world's origin (or at 1, when the camera is nearer than that); what is in front of it stands out of the screen
+    // for a viewer whose left eye sees the right eye's picture, as red-and-cyan glasses with the red on the left do.
+    // A negative effect is for those who see each picture with its own eye. In right-handed views the pictures nowhere
+    // coincide; hosts that look right-handed should turn the view's z axis round for stereo (mirror the third row of
+    // the modelview and make the projection left-handed), which shows the same picture.
     void SetStereoEffect(float effect) { m_stereoEffect = effect; }
     float GetStereoEffect() const { return m_stereoEffect; }
 
@@ -138,12 +170,20 @@ public:
     void SetQualityThreshold(float threshold) { m_qualityThreshold = threshold; }
     float GetQualityThreshold() const { return m_qualityThreshold; }
 
-    // What is drawn besides the scene.
+    // What is drawn besides the scene: the grid in every kind of picture, the axes in pictures for one eye.
     void SetCoordAxesEnabled(bool enabled) { m_coordAxesEnabled = enabled; }
     bool GetCoordAxesEnabled() const { return m_coordAxesEnabled; }
     void SetRotationsAxisEnabled(bool enabled) { m_rotationAxisEnabled = enabled; }
     bool GetRotationAxisEnabled() const { return m_rotationAxisEnabled; }
     void ShowGrid(bool show) { m_showGrid = show; }
+
+    // A point of the rotation axis and its direction, of any length but 0, in world coordinates. At first it is the z
+    // axis, about which scanners turn their parts.
+    void SetRotationAxis(const Vector3f& point, const Vector3f& direction);
+
+    // The numbers at the grid: the world's point (x, y, z) is shown as unit * (x, y, z) + origin. At first they are the
+    // world's coordinates; for hosts that bring their scenes to another size or place.
+    void SetGridUnit(double unit, double originX, double originY, double originZ);
 
     bool AVIIsHighQuality() const { return m_aviHighQuality; }
     bool SupportsStencil() const;
@@ -163,11 +203,35 @@ private:
         unsigned int width, height;
     };
 
+    struct Share { // of the window, in each direction
+        float x, y;
+    };
+
+    // What a pass draws: settings are kept as they were at its start, since the host may change them while it is let
+    // in.
+    struct Pass {
+        StereoMode mode;
+        Size picture;  // that was asked for
+        Size internal; // times anti-aliasing
+        Size composed; // in which it is shown
+        bool quality;
+    };
+
     bool OwnsWindow() const;
-    Size InternalSize(unsigned int width, unsigned int height) const;
+    Size InternalSize(Size picture) const;
+    Size ComposedSize(StereoMode mode, Size picture) const;
+    Share ShareOfWindow(Size picture) const;
     void SetUpLight();
-    void LoadCamera(Size target) const;
-    bool DrawMono(Size size, bool quality);
+    void CopyProjection(Size target, double* projection) const;
+    void LoadCamera(Size target, double eyeShift);
+    void BeginTarget(Size target, Size picture);
+    bool HasBrightBackground() const;
+    bool DrawMono(const Pass& pass);
+    bool DrawStereo(const Pass& pass);
+    bool DrawEye(const Pass& pass, FrameBuffer& target, float eyeShift);
+    static Size EyeSize(StereoMode mode, Size internal);
+    void ComposeAnaglyph(const FrameBuffer& left, const FrameBuffer& right);
+    static void ComposeInterleaved(StereoMode mode, const FrameBuffer& left, const FrameBuffer& right);
     bool IsStopRequested() const;
     void ShowProgressLine(double now);
     bool LetInputThrough();
@@ -203,6 +267,14 @@ private:
     ColorRGBA m_backgroundBottom{0.85F, 0.85F, 1.0F, 1.0F};
     bool m_coordAxesEnabled = false;
     bool m_rotationAxisEnabled = false;
+    Vector3f m_rotationAxisPoint{0.0F, 0.0F, 0.0F};
+    Vector3f m_rotationAxisDirection{0.0F, 0.0F, 1.0F};
+    double m_gridUnit = 1.0;
+    double m_gridOrigin[3] = {0.0, 0.0, 0.0};
+    double m_loadedProjection[16] = {}; // the camera of the picture that is being drawn
+    double m_loadedModelview[16] = {};
+    float m_targetScaleX = 1.0F; // its pixels for each of those that are shown
+    float m_targetScaleY = 1.0F;
     bool m_abort = false;
     Vector3f m_light{0.0F, 0.0F, -1.0F};
     Vector3f m_lightTransformed{0.0F, 0.0F, 0.0F};

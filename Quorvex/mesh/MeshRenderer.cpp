@@ -128,6 +128,30 @@ template <class Draw> void DrawPoints(float size, const Draw& draw) {
     glPointSize(1.0F);
 }
 
+// Nothing is drawn then: only where the shapes are is asked for.
+bool IsSelecting() {
+    GLint mode = GL_RENDER;
+    glGetIntegerv(GL_RENDER_MODE, &mode);
+    return mode == GL_SELECT;
+}
+
+// How a mesh is selected: filled surfaces contain their outlines. 0 when nothing of it is drawn.
+GLenum PolygonModeToSelect(MeshAttribute::RenderMode mode) {
+    switch (mode) {
+    case MeshAttribute::RENDER_SURFACE:
+    case MeshAttribute::RENDER_SURFACE_WIREFRAME:
+    case MeshAttribute::RENDER_HIDDEN_LINE:
+    case MeshAttribute::RENDER_XRAY:
+        return GL_FILL;
+    case MeshAttribute::RENDER_WIREFRAME:
+        return GL_LINE;
+    case MeshAttribute::RENDER_POINTS:
+        return GL_POINT;
+    default:
+        return 0;
+    }
+}
+
 // A mode that the driver cannot draw is replaced by the filled surface.
 MeshAttribute::RenderMode SupportedMode(MeshAttribute::RenderMode mode) {
     const bool possible = mode != MeshAttribute::RENDER_XRAY || Quorvex::CheckQXExtension(CAPABILITY_SHADER);
@@ -187,8 +211,8 @@ bool MeshRenderer::SetUpColors(const MeshData& data, bool wanted) {
     return enabled;
 }
 
-void MeshRenderer::SetUpArrays(const MeshData& data) {
-    const bool hasNormals = data.m_normalBuffer != 0 || data.m_normalArray != nullptr;
+void MeshRenderer::SetUpArrays(const MeshData& data, bool lit) {
+    const bool hasNormals = lit && (data.m_normalBuffer != 0 || data.m_normalArray != nullptr);
     if (hasNormals) {
         glNormalPointer(GL_FLOAT, 0, BindArray(data.m_normalBuffer, data.m_normalArray));
         glEnable(GL_LIGHTING);
@@ -253,6 +277,17 @@ void MeshRenderer::DrawInMode(const MeshData& data, const MeshAttribute& attribu
     }
 }
 
+// Colours and light would take longer than the selection itself.
+void MeshRenderer::Select(const MeshData& data, unsigned int polygonMode) {
+    if (polygonMode == 0 || data.GetNumVertices() == 0) {
+        return;
+    }
+    SetUpColors(data, false);
+    SetUpArrays(data, false);
+    DrawWithPolygonMode(polygonMode, [&data] { DrawElements(data); });
+    CleanUpState();
+}
+
 void MeshRenderer::Render(RenderFrame& /*frame*/, bool /*quality*/, const Mesh* mesh, bool inverseNormals) {
     assert(IsGlThread());
     const MeshData& data = mesh->GetData();
@@ -260,8 +295,12 @@ void MeshRenderer::Render(RenderFrame& /*frame*/, bool /*quality*/, const Mesh* 
     if (attribute.BoundingBoxIsVisible()) {
         DrawBoundingBoxMarks(data, attribute);
     }
+    if (IsSelecting()) {
+        Select(data, PolygonModeToSelect(attribute.GetRenderMode()));
+        return;
+    }
     SetUpColors(data, attribute.GetRenderMode() != MeshAttribute::RENDER_XRAY);
-    SetUpArrays(data);
+    SetUpArrays(data, true);
 
     glEnable(GL_BLEND);
     glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);

@@ -31,7 +31,8 @@ private:
     static void BindBuffer(unsigned int target, unsigned int buffer);
     static const void* BindArray(unsigned int buffer, const void* array);
     static bool SetUpColors(const MeshData& data, bool wanted);
-    static void SetUpArrays(const MeshData& data);
+    static void SetUpArrays(const MeshData& data, bool lit);
+    static void Select(const MeshData& data, unsigned int polygonMode);
     static void DrawElements(const MeshData& data);
     static void DrawInMode(const MeshData& data, const MeshAttribute& attribute, bool inverseNormals);
 

@@ -115,6 +115,10 @@ ObjectTypes* ObjectTypes::Add(const ObjectTypes& group, unsigned long* id) {
     return AddTo(m_groups, group, id);
 }
 
+Overlay* ObjectTypes::Add(const Overlay& overlay, unsigned long* id) {
+    return AddTo(m_overlays, overlay, id);
+}
+
 void ObjectTypes::Remove(const Mesh& mesh) {
     m_meshes.RemoveFirst([&mesh](const Mesh& element) { return element == mesh; });
 }
@@ -125,6 +129,10 @@ void ObjectTypes::Remove(const Volume& volume) {
 
 void ObjectTypes::Remove(const ObjectTypes& group) {
     m_groups.RemoveFirst([&group](const ObjectTypes& element) { return element == group; });
+}
+
+void ObjectTypes::Remove(const Overlay& overlay) {
+    m_overlays.RemoveFirst([&overlay](const Overlay& element) { return element == overlay; });
 }
 
 void ObjectTypes::Clear() {
@@ -214,6 +222,7 @@ bool ObjectTypes::Render(RenderFrame& frame, bool quality) {
         }
     }
     glDisable(GL_NORMALIZE);
+    RenderOverlays(frame);
     for (const auto& element : m_groups.Snapshot()) {
         if (!element->object.Render(frame, quality) && InputPoll::IsStopping(frame)) {
             return false;
@@ -247,6 +256,12 @@ bool ObjectTypes::RenderMeshes(RenderFrame& frame, bool quality) {
     }
     glDisable(GL_NORMALIZE);
     return true;
+}
+
+void ObjectTypes::RenderOverlays(RenderFrame& frame) {
+    for (const auto& element : m_overlays.Snapshot()) {
+        element->object.Render(frame);
+    }
 }
 
 void ObjectTypes::RenderWithNames(RenderFrame& frame) {

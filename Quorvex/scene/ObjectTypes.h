@@ -3,6 +3,7 @@
 #include <Quorvex/core/Export.h>
 #include <Quorvex/core/Vectors.h>
 #include <Quorvex/mesh/Mesh.h>
+#include <Quorvex/overlay/Overlay.h>
 #include <Quorvex/scene/ObjectList.h>
 #include <Quorvex/volume/Volume.h>
 
@@ -32,12 +33,14 @@ public:
     Mesh* Add(const Mesh& mesh, unsigned long* id = nullptr);
     Volume* Add(const Volume& volume, unsigned long* id = nullptr);
     ObjectTypes* Add(const ObjectTypes& group, unsigned long* id = nullptr);
+    Overlay* Add(const Overlay& overlay, unsigned long* id = nullptr);
 
-    // The first mesh or volume with the argument's data and attribute; the group that is the argument. Nothing for
-    // others. The argument may be the stored element itself, which is gone afterwards.
+    // The first mesh or volume with the argument's data and attribute; the first overlay with its data; the group that
+    // is the argument. Nothing for others. The argument may be the stored element itself, which is gone afterwards.
     void Remove(const Mesh& mesh);
     void Remove(const Volume& volume);
     void Remove(const ObjectTypes& group);
+    void Remove(const Overlay& overlay);
 
     void Clear(); // all but overlays
     void Clear(OBJECTTYPE type);
@@ -74,6 +77,9 @@ protected:
     // Draws the meshes; false at the first that stops.
     bool RenderMeshes(RenderFrame& frame, bool quality);
 
+    // Draws the points and lines of the overlays with their labels.
+    void RenderOverlays(RenderFrame& frame);
+
     // Draws every pickable object under its selection name: meshes are 1, 2, 3, ..., hidden ones too.
     void RenderWithNames(RenderFrame& frame);
 
@@ -86,6 +92,7 @@ private:
     ObjectList<Mesh> m_meshes;
     ObjectList<ObjectTypes> m_groups;
     ObjectList<Volume> m_volumes;
+    ObjectList<Overlay> m_overlays;
     Vector3f m_BB0{0.0F, 0.0F, 0.0F};
     Vector3f m_BB1{0.0F, 0.0F, 0.0F};
     Vector3f m_center{0.0F, 0.0F, 0.0F};

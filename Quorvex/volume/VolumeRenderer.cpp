@@ -10,6 +10,7 @@
 #include <Quorvex/core/GlThread.h>
 #include <Quorvex/core/Shader.h>
 #include <Quorvex/frame/RenderFrame.h>
+#include <Quorvex/view/View.h>
 #include <Quorvex/volume/BrickOrder.h>
 #include <Quorvex/volume/ClipPlanes.h>
 #include <Quorvex/volume/VisibleIntensities.h>
@@ -253,7 +254,11 @@ bool VolumeRenderer::Render(RenderFrame& frame, bool quality, const Volume* volu
     glDisableClientState(GL_COLOR_ARRAY);
     glEnable(GL_ALPHA_TEST);
     glAlphaFunc(GL_GREATER, 0.0F);
-    const std::vector<unsigned int> order = OrderBackToFront(data, *frame.GetView());
+    View eye = *frame.GetView();
+    if (frame.GetStereoMode() != STEREO_NONE) { // it stands beside the view's own
+        glGetDoublev(GL_MODELVIEW_MATRIX, eye.GetModelviewMatrix());
+    }
+    const std::vector<unsigned int> order = OrderBackToFront(data, eye);
     RenderUserSlices(data, attribute, order);
 
     const float samples =

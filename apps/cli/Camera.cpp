@@ -176,6 +176,7 @@ Camera FitCamera(const Box& box, const Shot& shot) {
 
     Camera camera{};
     camera.projection = shot.projection;
+    camera.aspect = shot.aspect;
     camera.fov = shot.fovDegrees * std::numbers::pi / 180.0;
     double distance = 2.0 * radius;
     Vec shift{0, 0, 0};
@@ -212,8 +213,15 @@ void Load(const Camera& camera, View& view) {
         view.SetProjectionPerspectiveRH(static_cast<float>(camera.fov), static_cast<float>(camera.nearPlane),
                                         static_cast<float>(camera.farPlane));
     } else {
-        const double h = camera.halfExtent;
-        view.SetProjectionOrthogonalRH(-h, h, -h, h, camera.nearPlane, camera.farPlane);
+        // The view's numbers say what is seen, by which labels are sized; its matrix is one of a square, because the
+        // frame multiplies the aspect ratio in.
+        const double across = camera.halfExtent;
+        const double upright = across / camera.aspect;
+        view.SetProjectionOrthogonalRH(-across, across, -upright, upright, camera.nearPlane, camera.farPlane);
+        std::array<double, 16> square{};
+        std::copy_n(view.GetProjectionMatrix(), square.size(), square.begin());
+        square[5] = square[0];
+        view.SetProjectionMatrix(square.data());
     }
     view.SetModelviewViewer(camera.eye, camera.target, camera.up);
 }

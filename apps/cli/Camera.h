@@ -47,6 +47,7 @@ struct Camera {
     Vector3f eye, target, up;
     double fov;        // radians, across the width
     double halfExtent; // of the visible square before the frame's aspect factor; orthogonal only
+    double aspect;     // width / height of the picture
     double nearPlane, farPlane;
 };
 

@@ -15,4 +15,8 @@ namespace KOVA::Quorvex::cli {
 CLI::Option* AddParsed(CLI::App& command, const std::string& name, const std::string& form, const std::string& help,
                        const std::function<void(const std::string&)>& parse);
 
+// The same for one that may be given several times, with one text each.
+CLI::Option* AddParsedMany(CLI::App& command, const std::string& name, const std::string& form, const std::string& help,
+                           const std::function<void(const std::string&)>& parse);
+
 } // namespace KOVA::Quorvex::cli

@@ -22,7 +22,7 @@ void Render(const RenderOptions& options) {
     CheckWritable(options.output);
     ProgressBar progress;
     const OffscreenSession session;
-    const Scene scene = LoadScene(options.files, progress);
+    const Scene scene = LoadScene(options.files, options.marks, progress);
     progress.Show(0.9, "drawing");
     Studio studio(session, scene, options);
     if (FormatOf(options.output) == PictureFormat::Bmp) {
@@ -97,18 +97,34 @@ void AddRenderCommand(CLI::App& program) {
     AddParsed(*command, "--mesh-mode", MeshModeNames(), "How surfaces are drawn (default surface)",
               [&o](const std::string& text) { o.meshMode = ParseMeshMode(text); });
     command->add_flag("--bounding-box", o.boundingBox, "Mark the box of each file");
+    command->add_flag("--axes", o.axes, "Show where x (red), y (green) and z (blue) point, in the lower left corner");
+    command->add_flag(
+        "--grid", o.grid,
+        "Draw a grid with the files' coordinates, through the middle of the scene; in views along an axis");
+    AddParsed(*command, "--stereo", "N",
+              "For two eyes: 1 red and cyan (red glass on the left); 2, 3 interleaved rows, the right eye's in the "
+              "lowest; 4, 5 interleaved columns, the left eye's in the first or in the second (default 0, one eye)",
+              [&o](const std::string& text) { o.stereo = ParseStereo(text); });
+    AddParsedMany(*command, "--point", "X,Y,Z[,LABEL]", "Mark a point, with a label above it; may be repeated",
+                  [&o](const std::string& text) { o.marks.points.push_back(ParsePointMark(text)); });
+    AddParsedMany(*command, "--line", "X1,Y1,Z1,X2,Y2,Z2[,LABEL]",
+                  "Draw a line between two points, with a label at its middle; may be repeated",
+                  [&o](const std::string& text) { o.marks.lines.push_back(ParseLineMark(text)); });
     AddVolumeOptions(*command, o.volumes);
     command->footer(
         "Views are right-handed: front looks from +z with x to the right and y up, right from +x, top from\n"
         "+y with z down, iso from (1, 1, 1). The scene's box fills the picture up to a margin of 5 %.\n"
         "A volume is centred on the origin, its longest axis from -1 to 1; planes are in these coordinates. The\n"
-        "coordinates of surfaces beside a volume are taken for its voxels.\n"
+        "coordinates of surfaces, points and lines beside a volume are taken for its voxels; without a volume\n"
+        "points and lines are in the coordinates of the files. A label's lines are 20 pixels high, its letters\n"
+        "14, in pictures of every size; \\n in a label begins a new line.\n"
         "Examples:\n"
         "  quorvex render part.stl -o part.png\n"
         "  quorvex render part.stl -o front.bmp --view front --projection orthogonal --size 1200x900\n"
         "  quorvex render housing.stl lid.stl -o both.png --background ffffff --mesh-mode hidden-line\n"
         "  quorvex render scan.rek -o inside.png --clip 0,0,-1,0 --slice 0,0,1,0\n"
-        "  quorvex render scan.rek -o bones.png --volume-mode max --view front");
+        "  quorvex render scan.rek -o bones.png --volume-mode max --view front\n"
+        "  quorvex render part.stl -o part.png --point 0,0,5,top --line=-10,0,0,10,0,0,'20 mm'");
     command->callback([options] {
         try {
             CheckTogether(*options);

@@ -94,6 +94,23 @@ std::string Lower(std::string_view text) {
     return lower;
 }
 
+void CheckStereo(const RenderOptions& options) {
+    constexpr unsigned int largestDrawn = 4096;
+    if (options.stereo == STEREO_NONE) {
+        return;
+    }
+    if (options.axes) {
+        throw std::invalid_argument("--axes: they are drawn in pictures for one eye only, not with --stereo");
+    }
+    if (options.meshMode == MeshAttribute::RENDER_XRAY) {
+        throw std::invalid_argument("--stereo: X-ray pictures are for one eye only");
+    }
+    if (options.stereo != STEREO_ANAGLYPH && std::max(options.size.width, options.size.height) > largestDrawn) {
+        throw std::invalid_argument(
+            fmt::format("--stereo: interleaved pictures have at most {} pixels each way", largestDrawn));
+    }
+}
+
 } // namespace
 
 PictureSize ParseSize(std::string_view text) {
@@ -171,6 +188,13 @@ IntensityWindow ParseWindow(std::string_view text) {
     return {low, high};
 }
 
+StereoMode ParseStereo(std::string_view text) {
+    if (text.size() != 1 || text[0] < '0' || text[0] > '5') {
+        throw std::invalid_argument(fmt::format("'{}' is no stereo mode from 0 to 5", text));
+    }
+    return static_cast<StereoMode>(text[0] - '0');
+}
+
 std::string SideNames() {
     return Names<Side>(c_sides, "|");
 }
@@ -200,6 +224,10 @@ void CheckTogether(const RenderOptions& options) {
         throw std::invalid_argument(fmt::format(
             "--size: the width of a BMP picture is a multiple of 4, not {}; a PNG takes any", options.size.width));
     }
+    if (options.grid && options.side == Side::Iso) {
+        throw std::invalid_argument("--grid: there is a grid in views along an axis only; choose one with --view");
+    }
+    CheckStereo(options);
 }
 
 } // namespace KOVA::Quorvex::cli

@@ -6,9 +6,11 @@
 #include <vector>
 
 #include <Quorvex/core/Colors.h>
+#include <Quorvex/frame/RenderFrame.h>
 #include <Quorvex/mesh/MeshAttribute.h>
 
 #include "Camera.h"
+#include "Marks.h"
 #include "VolumeLook.h"
 
 // What `quorvex render` is told, and how the texts of the command line become numbers.
@@ -43,6 +45,10 @@ struct RenderOptions {
     MeshAttribute::RenderMode meshMode = MeshAttribute::RENDER_SURFACE;
     bool boundingBox = false;
     VolumeOptions volumes;
+    StereoMode stereo = STEREO_NONE;
+    bool axes = false;
+    bool grid = false;
+    Marks marks;
 };
 
 // The parsers throw std::invalid_argument with a text that says what is wrong with the value.
@@ -66,6 +72,9 @@ Vector4d ParsePlane(std::string_view text);
 
 // "LO,HI", whole numbers with 0 <= LO <= HI <= 255.
 IntensityWindow ParseWindow(std::string_view text);
+
+// "0" to "5".
+StereoMode ParseStereo(std::string_view text);
 
 // By the ending of the name, in any case.
 PictureFormat FormatOf(std::string_view path);

@@ -1,6 +1,7 @@
 #include "Scene.h"
 
 #include <array>
+#include <functional>
 
 #include <fmt/format.h>
 
@@ -61,17 +62,45 @@ Mesh LoadMesh(const std::string& file, std::size_t number, Box& all) {
     return mesh;
 }
 
-// Brings the meshes from the first volume's voxels to its place in the world.
-void JoinVolumes(Scene& scene) {
+// All positions of the marks, to be changed in place.
+std::vector<std::reference_wrapper<Position>> PositionsOf(Marks& marks) {
+    std::vector<std::reference_wrapper<Position>> positions;
+    for (PointMark& point : marks.points) {
+        positions.emplace_back(point.position);
+    }
+    for (LineMark& line : marks.lines) {
+        positions.insert(positions.end(), {line.ends[0], line.ends[1]});
+    }
+    return positions;
+}
+
+// The scene's unit and middle are those of the common box, or of the first volume's voxels.
+void ChooseUnit(Scene& scene) {
+    if (scene.volumes.empty()) {
+        const double radius = scene.box.Radius();
+        scene.unit = radius > 0.0 ? radius : 1.0;
+        scene.middle = scene.box.Center();
+        return;
+    }
     const VolumeData& data = scene.volumes.front().GetData();
-    const double voxel = 2.0 * static_cast<double>(data.getVoxelSize());
-    const std::array<double, 3> middle{(static_cast<double>(data.getDimX()) - 1.0) / 2.0,
-                                       (static_cast<double>(data.getDimY()) - 1.0) / 2.0,
-                                       (static_cast<double>(data.getDimZ()) - 1.0) / 2.0};
+    const auto middle = [](std::size_t voxels) { return (static_cast<double>(voxels) - 1.0) / 2.0; };
+    scene.unit = 0.5 / static_cast<double>(data.getVoxelSize());
+    scene.middle = {middle(data.getDimX()), middle(data.getDimY()), middle(data.getDimZ())};
+}
+
+// From the coordinates of the files to those of the scene.
+void Convert(Scene& scene) {
+    const double factor = 1.0 / scene.unit;
     scene.box = Box::Empty();
     for (const Mesh& mesh : scene.meshes) {
-        CenterAndScale(mesh.GetData(), middle, voxel);
+        CenterAndScale(mesh.GetData(), scene.middle, factor);
         scene.box.Include(BoxOf(mesh.GetData()));
+    }
+    for (Position& position : PositionsOf(scene.marks)) {
+        for (std::size_t i = 0; i < 3; ++i) {
+            position[i] = (position[i] - scene.middle[i]) * factor;
+        }
+        scene.box.Include({position, position});
     }
     for (const Volume& volume : scene.volumes) {
         scene.box.Include({Widen(volume.GetData().GetBB0()), Widen(volume.GetData().GetBB1())});
@@ -80,8 +109,8 @@ void JoinVolumes(Scene& scene) {
 
 } // namespace
 
-Scene LoadScene(const std::vector<std::string>& files, ProgressBar& progress) {
-    Scene scene{{}, {}, Box::Empty()};
+Scene LoadScene(const std::vector<std::string>& files, const Marks& marks, ProgressBar& progress) {
+    Scene scene{{}, {}, marks, 1.0, {}, Box::Empty()};
     for (std::size_t i = 0; i < files.size(); ++i) {
         progress.Show(static_cast<double>(i) / static_cast<double>(files.size() + 1), files[i]);
         if (IsVolumeFile(files[i])) {
@@ -90,21 +119,11 @@ Scene LoadScene(const std::vector<std::string>& files, ProgressBar& progress) {
             scene.meshes.push_back(LoadMesh(files[i], i, scene.box));
         }
     }
-    if (!scene.volumes.empty()) {
-        JoinVolumes(scene);
-        return scene;
+    for (const Position& position : PositionsOf(scene.marks)) {
+        scene.box.Include({position, position});
     }
-
-    const std::array<double, 3> center = scene.box.Center();
-    const double radius = scene.box.Radius();
-    const double factor = radius > 0.0 ? 1.0 / radius : 1.0;
-    for (std::size_t i = 0; i < 3; ++i) {
-        scene.box.low[i] = (scene.box.low[i] - center[i]) * factor;
-        scene.box.high[i] = (scene.box.high[i] - center[i]) * factor;
-    }
-    for (const Mesh& mesh : scene.meshes) {
-        CenterAndScale(mesh.GetData(), center, factor);
-    }
+    ChooseUnit(scene);
+    Convert(scene);
     return scene;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <string>
 #include <vector>
 
@@ -7,6 +8,7 @@
 #include <Quorvex/volume/Volume.h>
 
 #include "Camera.h"
+#include "Marks.h"
 
 namespace KOVA::Quorvex::cli {
 
@@ -22,10 +24,13 @@ class ProgressBar;
 struct Scene {
     std::vector<Mesh> meshes; // each file in a colour of its own
     std::vector<Volume> volumes;
-    Box box; // the true union; without volumes of radius 1, or 0 when all there is is one point
+    Marks marks;
+    double unit;                  // of the files for 1 of the scene
+    std::array<double, 3> middle; // in the files' coordinates
+    Box box; // the true union, marks included; without volumes of radius 1, or 0 when all there is is one point
 };
 
 // Throws Failure when a file cannot be read or has nothing that could be drawn.
-Scene LoadScene(const std::vector<std::string>& files, ProgressBar& progress);
+Scene LoadScene(const std::vector<std::string>& files, const Marks& marks, ProgressBar& progress);
 
 } // namespace KOVA::Quorvex::cli

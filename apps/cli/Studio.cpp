@@ -11,6 +11,7 @@
 
 #include "Failure.h"
 #include "Lighting.h"
+#include "StereoView.h"
 #include "VolumeLook.h"
 
 namespace KOVA::Quorvex::cli {
@@ -24,7 +25,28 @@ constexpr double c_maxDrawnSize = 4096.0;
 constexpr float c_shininess = 30.0F;
 constexpr float c_specularity = 0.25F;
 
+// On each side of the box, so that it does not hide the numbers of the grid.
+constexpr double c_roomForNumbers = 0.05;
+
 constexpr ColorRGBA c_boxColor{1.0F, 0.55F, 0.1F};
+
+// Marks stand out from parts and from backgrounds of either kind.
+constexpr ColorRGB c_markOnDark{1.0F, 0.85F, 0.2F};
+constexpr ColorRGB c_markOnLight{0.7F, 0.0F, 0.1F};
+
+// How far marks are moved towards the viewer, in radii of the scene: a mark on a surface is not hidden by it, nor is
+// its label where the surface leans towards the viewer. Less than what the camera leaves free in front of the scene.
+constexpr double c_markLift = 0.04;
+
+// The label of a line lies at its middle. Blank lines below bring the text above the line.
+std::string AboveTheMiddle(const std::string& label) {
+    const auto lines = static_cast<std::size_t>(std::count(label.begin(), label.end(), '\n')) + 1;
+    std::string raised = label;
+    for (std::size_t i = 0; i < lines && !label.empty(); ++i) {
+        raised += "\n ";
+    }
+    return raised;
+}
 
 bool ShowsLines(MeshAttribute::RenderMode mode) {
     return mode == MeshAttribute::RENDER_WIREFRAME || mode == MeshAttribute::RENDER_HIDDEN_LINE ||
@@ -66,14 +88,16 @@ double Brightness(const Background& background) {
 } // namespace
 
 Studio::Studio(const OffscreenSession& session, const Scene& scene, const RenderOptions& options)
-    : m_options(options), m_hasVolumes(!scene.volumes.empty()), m_box(scene.box) {
+    : m_options(options), m_hasVolumes(!scene.volumes.empty()), m_box(scene.box), m_unit(scene.unit),
+      m_middle(scene.middle), m_marks(scene.marks), m_overlay(&m_frame.Add(Overlay())->GetData()) {
     if (!m_frame.Init(session.Window(), &m_view)) {
         throw Failure("the off-screen window cannot be drawn to");
     }
     if (!Quorvex::CheckQXExtension(1)) {
         throw Failure("this OpenGL driver cannot draw pictures off screen (GL_EXT_framebuffer_object is missing)");
     }
-    m_frame.SetLight({0.0F, 0.0F, 1.0F}); // from the viewer, in right-handed views
+    m_frame.SetScreenSize(options.size.width, options.size.height); // for the size of labels
+    m_frame.SetLight({0.0F, 0.0F, 1.0F});                           // from the viewer, in right-handed views
     const Background background = BackgroundOf(options, m_hasVolumes);
     m_frame.SetBackgroundColor(background.top, background.bottom);
     SetAntiAliasing(options.size, AntiAliasing());
@@ -96,6 +120,9 @@ Studio::Studio(const OffscreenSession& session, const Scene& scene, const Render
     if (options.boundingBox) {
         m_box = m_box.Enlarged(static_cast<double>(RenderObjectAttribute::GetBoundingBoxRescale()));
     }
+    if (options.grid) {
+        m_box = m_box.Enlarged(c_roomForNumbers);
+    }
     SetScale(1.0);
     for (const Mesh* mesh : m_meshes) {
         if (ShowsLines(options.meshMode)) {
@@ -105,6 +132,23 @@ Studio::Studio(const OffscreenSession& session, const Scene& scene, const Render
     }
     if (options.meshMode == MeshAttribute::RENDER_XRAY && !m_hasVolumes) { // which have one size only
         ExposeXRay();
+    }
+    m_frame.SetCoordAxesEnabled(options.axes);
+    m_frame.ShowGrid(options.grid);
+    if (options.stereo != STEREO_NONE) {
+        SetUpStereo();
+    }
+}
+
+void Studio::SetUpStereo() {
+    CountDepthsAway(m_view);
+    m_frame.SetLight({0.0F, 0.0F, -1.0F});
+    // The red glass is on the left, so its eye sees what the frame calls the right eye's picture. Interleaved screens
+    // give each eye its own.
+    const float effect = ComfortableEffect(m_view);
+    m_frame.SetStereoEffect(m_options.stereo == STEREO_ANAGLYPH ? effect : -effect);
+    if (!m_frame.SetStereoMode(m_options.stereo)) {
+        throw Failure("this OpenGL driver cannot draw stereo pictures");
     }
 }
 
@@ -153,6 +197,37 @@ void Studio::SetScale(double scale) {
     }
     const double aspect = static_cast<double>(m_options.size.width) / static_cast<double>(m_options.size.height);
     Load(FitCamera(m_box.Scaled(scale), {m_options.side, m_options.projection, m_options.fovDegrees, aspect}), m_view);
+    PlaceMarks(scale);
+    m_frame.SetGridUnit(m_unit / scale, m_middle[0], m_middle[1], m_middle[2]);
+}
+
+void Studio::PlaceMarks(double scale) {
+    const bool parallel = m_options.projection == Projection::Orthogonal;
+    const auto lift = static_cast<float>(scale * c_markLift);
+    const auto placed = [this, scale, lift, parallel](const Position& p) {
+        const Vector3f place(static_cast<float>(p[0] * scale), static_cast<float>(p[1] * scale),
+                             static_cast<float>(p[2] * scale));
+        return place + Normalize(parallel ? m_view.getZVector() : m_view.getPosition() - place) * lift;
+    };
+    // Labels are made for the middle of what the camera sees: nearer ones would come out larger, farther ones smaller.
+    const auto adjust = [this, parallel](Text& label, const Vector3f& place) {
+        const float depth = DotProduct(m_view.getPosition() - place, m_view.getZVector());
+        label.AdjustSize(parallel ? 1.0F : 2.0F * depth / (m_view.getNear() + m_view.getFar()));
+    };
+    const Background background = BackgroundOf(m_options);
+    const ColorRGB color = Brightness(background) > 0.8 ? c_markOnLight : c_markOnDark;
+    m_overlay->Clear();
+    for (const PointMark& mark : m_marks.points) {
+        Point& point = m_overlay->AddPoint(placed(mark.position), color, mark.label);
+        adjust(point.TextRef(), point.GetPosition());
+    }
+    for (const LineMark& mark : m_marks.lines) {
+        Point& first = m_overlay->AddPoint(placed(mark.ends[0]), color, "");
+        Point& second = m_overlay->AddPoint(placed(mark.ends[1]), color, "");
+        const ColorRGBA own(color.r, color.g, color.b);
+        Line& line = m_overlay->AddLine(first, second, own, AboveTheMiddle(mark.label));
+        adjust(line.TextRef(), (first.GetPosition() + second.GetPosition()) * 0.5F);
+    }
 }
 
 void Studio::SetAntiAliasing(PictureSize size, double factor) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <vector>
 
 #include <Quorvex/frame/RenderFrame.h>
@@ -27,15 +28,21 @@ private:
     void AddVolumes(const Scene& scene);
     double AntiAliasing() const;
     void SetScale(double scale);
+    void PlaceMarks(double scale);
     void SetAntiAliasing(PictureSize size, double factor);
     void ExposeXRay();
+    void SetUpStereo();
 
     const RenderOptions& m_options;
     bool m_hasVolumes;
-    Box m_box; // what has to be in the picture
+    Box m_box;                      // what has to be in the picture
+    double m_unit;                  // of the files for 1 of the scene
+    std::array<double, 3> m_middle; // in the files' coordinates
     View m_view;
     RenderFrame m_frame;
     std::vector<Mesh*> m_meshes; // in the frame
+    const Marks& m_marks;
+    OverlayData* m_overlay; // in the frame
 };
 
 // The factor by which an X-ray scene is enlarged so that its brightest spots come out at the wanted level, when they

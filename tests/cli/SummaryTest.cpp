@@ -75,7 +75,7 @@ TEST(SceneTest, TheBoxIsTheUnionOfAllFilesBroughtToRadiusOne) {
     ProgressBar progress;
     const Scene scene = LoadScene({WriteBinary(folder.Path("a.stl"), BoxSurface({0, 0, 0}, {1, 1, 1})),
                                    WriteBinary(folder.Path("b.stl"), BoxSurface({0.5F, 0.5F, 0.5F}, {7, 5, 3}))},
-                                  progress);
+                                  {}, progress);
     EXPECT_NEAR(scene.box.Radius(), 1.0, 1e-6);
     const double unit = 2.0 / std::sqrt(49.0 + 25.0 + 9.0);
     EXPECT_NEAR(scene.box.high[0], 3.5 * unit, 1e-6);
@@ -91,8 +91,9 @@ TEST(SceneTest, PartsOfAnySizeAndPlaceKeepTheirShape) {
     const Folder folder;
     ProgressBar progress;
     for (const float size : {1e-25F, 1.0F, 1e37F}) {
-        const Scene scene = LoadScene(
-            {WriteBinary(folder.Path("a.stl"), BoxSurface({-size, -size, size}, {size, size, 3 * size}))}, progress);
+        const Scene scene =
+            LoadScene({WriteBinary(folder.Path("a.stl"), BoxSurface({-size, -size, size}, {size, size, 3 * size}))}, {},
+                      progress);
         EXPECT_NEAR(scene.box.Radius(), 1.0, 1e-6) << size;
         EXPECT_NEAR(scene.box.high[2], 1.0 / std::sqrt(3.0), 1e-6) << size;
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -80,6 +81,27 @@ public:
     HWND window;
     View view;
     RenderFrame frame;
+};
+
+// Runs an action of the host once, the first time that a pass lets input through.
+class DuringPass {
+public:
+    explicit DuringPass(std::function<void()> action) : m_action(std::move(action)) { SetMessagePump(Pump, this); }
+    DuringPass(const DuringPass&) = delete;
+    DuringPass& operator=(const DuringPass&) = delete;
+    ~DuringPass() { SetMessagePump(nullptr, nullptr); }
+    int looks = 0;
+
+private:
+    static bool Pump(void* user) {
+        auto* const self = static_cast<DuringPass*>(user);
+        if (++self->looks > 1) {
+            return false;
+        }
+        self->m_action();
+        return true;
+    }
+    std::function<void()> m_action;
 };
 
 } // namespace KOVA::Quorvex::test

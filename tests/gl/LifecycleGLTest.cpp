@@ -144,12 +144,5 @@ TEST_F(LifecycleGLTest, CopiesHaveTheSceneButNotTheWindow) {
     EXPECT_EQ(f.Shown().At(16, 16), RED);
 }
 
-TEST_F(LifecycleGLTest, StereoIsSwitchedOffAtMost) {
-    FrameFixture f(16, 16);
-    EXPECT_TRUE(f.frame.SetStereoMode(STEREO_NONE));
-    EXPECT_FALSE(f.frame.SetStereoMode(static_cast<StereoMode>(6)));
-    EXPECT_EQ(f.frame.GetStereoMode(), STEREO_NONE);
-}
-
 } // namespace
 } // namespace KOVA::Quorvex::test

@@ -256,27 +256,6 @@ TEST_F(VolumeGLTest, WhatIsTransparentOrUnknownIsOnlyItsBox) {
     EXPECT_GT(f.Draw().Count([](const Pixel& p) { return p.b > 0; }), 500);
 }
 
-// Runs an action of the host once, the first time that a pass lets input through.
-class DuringPass {
-public:
-    explicit DuringPass(std::function<void()> action) : m_action(std::move(action)) { SetMessagePump(Pump, this); }
-    DuringPass(const DuringPass&) = delete;
-    DuringPass& operator=(const DuringPass&) = delete;
-    ~DuringPass() { SetMessagePump(nullptr, nullptr); }
-    int looks = 0;
-
-private:
-    static bool Pump(void* user) {
-        auto* const self = static_cast<DuringPass*>(user);
-        if (++self->looks > 1) {
-            return false;
-        }
-        self->m_action();
-        return true;
-    }
-    std::function<void()> m_action;
-};
-
 TEST_F(VolumeGLTest, ARequestStopsTheQualityPassAndLeavesNothingBehind) {
     Volume volume = MakeVolume(100, 100, 100, [](int x, int y, int z) { return (x ^ y ^ z) * 2; });
     FrameFixture f(64, 64);

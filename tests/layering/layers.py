@@ -19,7 +19,7 @@ LAYERS = [
     ("extension loading", ["core/Extensions.*", "core/EntryPoints.*", "core/ExtensionTokens.h", "core/GlThread.*",
                            "core/OpenGL.h", "core/Shader.*"]),
     ("scene base", ["scene/RenderObject*", "scene/Storage.h"]),
-    ("mesh and volume", ["mesh/*", "volume/*"]),
+    ("mesh, volume and overlay", ["mesh/*", "volume/*", "overlay/*"]),
     ("scene container", ["scene/ObjectTypes.*", "scene/ObjectList.h"]),
     ("frame", ["frame/*"]),
     ("facade", ["core/Facade.cpp", "core/Scheduler.*"]),
@@ -30,7 +30,7 @@ PLATFORM_USES = ["value types", "platform interfaces", PLATFORM]
 
 # What draws asks the frame for its view and tells it the progress.
 EXCEPTIONS = [("mesh/*Renderer*", "frame/RenderFrame.h"), ("volume/*Renderer*", "frame/RenderFrame.h"),
-              ("scene/ObjectTypes.cpp", "frame/RenderFrame.h")]
+              ("overlay/*.cpp", "frame/RenderFrame.h"), ("scene/ObjectTypes.cpp", "frame/RenderFrame.h")]
 
 # Gives the system's own handle types where hosts have them.
 HANDLES = "platform/Handles.h"
@@ -38,6 +38,7 @@ HANDLES = "platform/Handles.h"
 # System headers and the only places that may see them.
 CONFINED = [
     (r"(EGL|X11|KHR)/.*|GL/glx.*|sys/(?!stat).*|unistd\.h|dlfcn\.h|poll\.h", ["platform/linux/*"]),
+    (r"ft2build\.h|(freetype|fontconfig)/.*", ["platform/linux/labels/*"]),
     (r"sys/stat\.h|fcntl\.h|io\.h", ["platform/*/*"]),
     (r"(?i)windows\.h", ["platform/win32/*", HANDLES]),
     (r"GL/.*", ["core/OpenGL.h", "platform/*/*"]),

@@ -1,0 +1,36 @@
+#include <Quorvex/overlay/Overlay.h>
+
+namespace KOVA::Quorvex {
+
+Overlay::Overlay() : m_data(new OverlayData) {}
+
+Overlay::Overlay(OverlayData& data) : m_data(&data) {
+    m_data->IncInstanceCounter();
+}
+
+Overlay::Overlay(const Overlay& other) : Overlay(*other.m_data) {}
+
+Overlay& Overlay::operator=(const Overlay& other) {
+    if (m_data != other.m_data) {
+        LetGo();
+        m_data = other.m_data;
+        m_data->IncInstanceCounter();
+    }
+    return *this;
+}
+
+Overlay::~Overlay() {
+    LetGo();
+}
+
+void Overlay::LetGo() {
+    if (m_data->DecInstanceCounter() == 0) {
+        delete m_data;
+    }
+}
+
+void Overlay::Render(RenderFrame& frame) const {
+    m_data->Render(frame);
+}
+
+} // namespace KOVA::Quorvex
