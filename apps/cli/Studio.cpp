@@ -214,7 +214,7 @@ void Studio::PlaceMarks(double scale) {
         const float depth = DotProduct(m_view.getPosition() - place, m_view.getZVector());
         label.AdjustSize(parallel ? 1.0F : 2.0F * depth / (m_view.getNear() + m_view.getFar()));
     };
-    const Background background = BackgroundOf(m_options);
+    const Background background = BackgroundOf(m_options, m_hasVolumes);
     const ColorRGB color = Brightness(background) > 0.8 ? c_markOnLight : c_markOnDark;
     m_overlay->Clear();
     for (const PointMark& mark : m_marks.points) {
