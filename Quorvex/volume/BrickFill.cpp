@@ -7,11 +7,10 @@ namespace KOVA::Quorvex::bricks {
 
 namespace {
 
-// The part of a brick's run along one axis that lies inside the volume: voxels before, inside and after it.
+// The part of a brick's run along one axis that lies inside the volume.
 struct Run {
-    std::size_t before;
+    std::size_t before; // voxels of the run that lie in front of the volume
     std::size_t inside;
-    std::size_t after;
     std::size_t first; // place in the volume of the first voxel inside
 };
 
@@ -22,13 +21,17 @@ Run ClipRun(std::size_t start, std::size_t size, std::size_t dimension) {
     run.first = start == 0 ? 0 : start - 1;
     const std::size_t left = run.first < dimension ? dimension - run.first : 0;
     run.inside = std::min(size - run.before, left);
-    run.after = size - run.before - run.inside;
     return run;
 }
 
-unsigned char* Zero(unsigned char* target, std::size_t count) {
-    std::memset(target, 0, count);
-    return target + count;
+// Rows of the bricks that are usually made are copied without a call.
+void CopyRow(unsigned char* target, const unsigned char* row, std::size_t count) {
+    constexpr std::size_t usual = 32;
+    if (count == usual) {
+        std::memcpy(target, row, usual);
+    } else {
+        std::memcpy(target, row, count);
+    }
 }
 
 Range MeasureRange(const unsigned char* voxels, std::size_t count) {
@@ -76,20 +79,16 @@ Range FillBrick(const VolumeData& volume, const Grid& grid, std::size_t i, unsig
     const Run x = ClipRun(i % grid.x.count * grid.x.step, grid.sizeX, dimX);
     const Run y = ClipRun(i / grid.x.count % grid.y.count * grid.y.step, grid.sizeY, volume.getDimY());
     const Run z = ClipRun(i / grid.x.count / grid.y.count * grid.z.step, grid.sizeZ, volume.getDimZ());
-    const std::size_t sliceBytes = grid.sizeX * grid.sizeY;
-
-    unsigned char* target = Zero(voxels, z.before * sliceBytes);
+    if (x.inside * y.inside * z.inside < grid.BrickBytes()) {
+        std::memset(voxels, 0, grid.BrickBytes());
+    }
     for (std::size_t k = 0; k < z.inside; ++k) {
         const unsigned char* row = volume.Slice(z.first + k) + y.first * dimX + x.first;
-        target = Zero(target, y.before * grid.sizeX);
-        for (std::size_t j = 0; j < y.inside; ++j, row += dimX) {
-            target = Zero(target, x.before);
-            std::memcpy(target, row, x.inside);
-            target = Zero(target + x.inside, x.after);
+        unsigned char* target = voxels + ((z.before + k) * grid.sizeY + y.before) * grid.sizeX + x.before;
+        for (std::size_t j = 0; j < y.inside; ++j, row += dimX, target += grid.sizeX) {
+            CopyRow(target, row, x.inside);
         }
-        target = Zero(target, y.after * grid.sizeX);
     }
-    Zero(target, z.after * sliceBytes);
     return MeasureRange(voxels, grid.BrickBytes());
 }
 

@@ -9,7 +9,6 @@
 #include <Quorvex/core/EntryPoints.h>
 #include <Quorvex/core/Facade.h>
 #include <Quorvex/core/GlThread.h>
-#include <Quorvex/core/Parallel.h>
 #include <Quorvex/platform/Gl.h>
 #include <Quorvex/view/View.h>
 #include <Quorvex/volume/BrickFill.h>
@@ -74,12 +73,6 @@ Brick MakeBrick(const bricks::Grid& grid, std::size_t i, unsigned int texture, c
             Vector3f(grid.x.Start(x + 1), grid.y.Start(y + 1), grid.z.Start(z + 1)), texture, range.low, range.high};
 }
 
-// Bricks that are filled together: enough to keep threads busy, little enough to stay in the cache until the upload.
-std::size_t BatchSize(const bricks::Grid& grid) {
-    constexpr std::size_t batchBytes = std::size_t{2} << 20;
-    return std::clamp<std::size_t>(batchBytes / grid.BrickBytes(), 1, 256);
-}
-
 } // namespace
 
 bool VolumeData::InitExtensions() {
@@ -106,11 +99,9 @@ bool VolumeData::createBricksOfSize(const VolumeData* source, int sx, int sy, in
     const bricks::Grid grid = bricks::CutVolume(*source, static_cast<std::size_t>(sx), static_cast<std::size_t>(sy),
                                                 static_cast<std::size_t>(sz), static_cast<std::size_t>(border));
     const std::size_t count = grid.Count();
-    const std::size_t batch = std::min(count, BatchSize(grid));
-    const std::size_t brickBytes = grid.BrickBytes();
-    std::vector<unsigned char> staging(batch * brickBytes);
-    std::vector<bricks::Range> ranges(batch);
-    std::vector<unsigned int> textures(batch);
+    // One brick at a time: it is still in the cache when the driver takes it.
+    std::vector<unsigned char> staging(grid.BrickBytes());
+    std::vector<unsigned int> textures(count);
     m_bricks.reserve(m_bricks.size() + count);
 
     const LoadingContext context;
@@ -118,16 +109,11 @@ bool VolumeData::createBricksOfSize(const VolumeData* source, int sx, int sy, in
         return true;
     }
     const PackedRows packed;
-    for (std::size_t first = 0; first < count; first += batch) {
-        const std::size_t part = std::min(batch, count - first);
-        ParallelFor(part, [&](std::size_t i) {
-            ranges[i] = bricks::FillBrick(*source, grid, first + i, &staging[i * brickBytes]);
-        });
-        glGenTextures(static_cast<int>(part), textures.data());
-        for (std::size_t i = 0; i < part; ++i) {
-            UploadBrick(textures[i], grid, &staging[i * brickBytes]);
-            m_bricks.push_back(MakeBrick(grid, first + i, textures[i], ranges[i]));
-        }
+    glGenTextures(static_cast<int>(count), textures.data());
+    for (std::size_t i = 0; i < count; ++i) {
+        const bricks::Range range = bricks::FillBrick(*source, grid, i, staging.data());
+        UploadBrick(textures[i], grid, staging.data());
+        m_bricks.push_back(MakeBrick(grid, i, textures[i], range));
     }
     if (count > 0) {
         setTextureDimensions(m_bricks.back(), static_cast<unsigned int>(sx), static_cast<unsigned int>(sy),

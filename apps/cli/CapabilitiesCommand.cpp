@@ -9,6 +9,7 @@
 #include <nlohmann/json.hpp>
 
 #include <Quorvex/core/Facade.h>
+#include <Quorvex/overlay/Text.h>
 
 #include "Commands.h"
 #include "OffscreenSession.h"
@@ -41,6 +42,12 @@ int Limit(GLenum name) {
     return value;
 }
 
+// Needs a font and a library that was built with a font renderer.
+bool DrawsLabels() {
+    Text label("0");
+    return label.HasTexture();
+}
+
 nlohmann::ordered_json Describe() {
     const OffscreenSession session;
     nlohmann::ordered_json capabilities = nlohmann::ordered_json::array();
@@ -61,6 +68,7 @@ nlohmann::ordered_json Describe() {
               {"max_texture_size", Limit(GL_MAX_TEXTURE_SIZE)}}},
             {"capability_bits", Quorvex::s_uiQXExtensions},
             {"capabilities", capabilities},
+            {"text_labels", DrawsLabels()},
             {"extensions", extensions}};
 }
 
@@ -80,6 +88,7 @@ void Print(const nlohmann::ordered_json& all) {
         row(fmt::format("{} (bit {})", capability["name"].get<std::string>(), capability["bit"].get<unsigned int>()),
             YesNo(capability["available"]));
     }
+    row("text labels", YesNo(all["text_labels"]));
     for (const auto& [extension, available] : all["extensions"].items()) {
         row(extension, YesNo(available));
     }

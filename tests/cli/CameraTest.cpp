@@ -97,11 +97,11 @@ TEST(CameraTest, ThePicturesProportionsDecideWhichDirectionFits) {
     const Box wide{{-4, -1, -1}, {4, 1, 1}};
     Load(FitCamera(wide, {Side::Front, Projection::Orthogonal, 30.0, 2.0}), view);
     EXPECT_DOUBLE_EQ(view.GetProjectionOrthogonalRight(), 4 * 1.05);
-    EXPECT_DOUBLE_EQ(view.GetProjectionOrthogonalTop(), 4 * 1.05);
+    EXPECT_DOUBLE_EQ(view.GetProjectionOrthogonalTop(), 2 * 1.05);
     const Box high{{-1, -4, -1}, {1, 4, 1}};
     Load(FitCamera(high, {Side::Front, Projection::Orthogonal, 30.0, 2.0}), view);
     EXPECT_DOUBLE_EQ(view.GetProjectionOrthogonalRight(), 8 * 1.05);
-    EXPECT_DOUBLE_EQ(view.GetProjectionOrthogonalBottom(), -8 * 1.05);
+    EXPECT_DOUBLE_EQ(view.GetProjectionOrthogonalBottom(), -4 * 1.05);
 }
 
 TEST(CameraTest, TheOpeningAngleSpansTheWidth) {

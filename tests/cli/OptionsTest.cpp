@@ -59,6 +59,24 @@ TEST(OptionsTest, NamesAndEndings) {
     EXPECT_THROW(FormatOf("png"), std::invalid_argument);
 }
 
+TEST(OptionsTest, PointsAndLines) {
+    const PointMark point = ParsePointMark("-1.5,2e3,.25,Bore, 12 mm\\nH7\\n");
+    EXPECT_EQ(point.position, (Position{-1.5, 2000, 0.25}));
+    EXPECT_EQ(point.label, "Bore, 12 mm\nH7\n");
+    EXPECT_EQ(ParsePointMark("0,0,0").label, "");
+    EXPECT_EQ(ParsePointMark("0,0,0,").label, "");
+    EXPECT_EQ(ParsePointMark("0,0,0,1,2").label, "1,2");
+    const LineMark line = ParseLineMark("1,2,3,4,5,6,7");
+    EXPECT_EQ(line.ends[0], (Position{1, 2, 3}));
+    EXPECT_EQ(line.ends[1], (Position{4, 5, 6}));
+    EXPECT_EQ(line.label, "7");
+    for (const char* wrong : {"", "1,2", "1,2,", "1,2,z", "1,,3", " 1,2,3", "1,2,3x", "inf,0,0", "0,nan,0", "1e39,0,0",
+                              "1e999,0,0", "+1,2,3", "a"}) {
+        EXPECT_THROW(ParsePointMark(wrong), std::invalid_argument) << wrong;
+        EXPECT_THROW(ParseLineMark(std::string("1,2,3,") + wrong), std::invalid_argument) << wrong;
+    }
+}
+
 TEST(OptionsTest, BitmapsHaveWidthsOfWholeFours) {
     RenderOptions options;
     options.output = "a.bmp";

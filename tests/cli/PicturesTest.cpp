@@ -210,6 +210,38 @@ TEST(PicturesTest, BoundingBoxesAreMarkedAndInThePicture) {
     EXPECT_NEAR(marks.Height(), 300 / 1.05, 4);
 }
 
+// Marks are yellow. Beside a unit sphere, on it, and behind it, where they are not seen.
+TEST(PicturesTest, PointsAndLinesAreWhereTheyWereAskedFor) {
+    const Folder folder;
+    const std::string stl = WriteBinary(folder.Path("a.stl"), SphereSurface({0, 0, 0}, 1));
+    const auto isMark = [](const Pixel& p) { return p.r > 150 && p.g > 100 && p.b < 90; };
+    for (const char* projection : {"orthogonal", "perspective"}) {
+        const auto draw = [&](const std::vector<std::string>& marks) {
+            const std::vector<std::string> common{stl,       "--view",       "front",   "--size",
+                                                  "600x300", "--projection", projection};
+            return Find(Draw(folder, common + c_black + marks), isMark);
+        };
+        // The box of the scene reaches from -1 to 3 and from -1 to 1: the width of the picture decides.
+        const Spot out = draw({"--point", "3,0.5,0"});
+        EXPECT_NEAR(out.Width(), 3.5, 1) << projection;
+        const double foreshortened = std::string(projection) == "perspective" ? 0.12 : 0.01;
+        EXPECT_NEAR(out.x, 1 / 1.05, foreshortened);
+        EXPECT_NEAR(out.y, 0.5 / 1.05, foreshortened);
+        EXPECT_GT(draw({"--point=0,0,1"}).count, 4) << "on the surface";
+        EXPECT_EQ(draw({"--point=0,0,-1"}).count, 0) << "behind";
+
+        const Spot labelled = draw({"--point", "3,0.5,0,HHH"});
+        EXPECT_NEAR(labelled.Height(), 24 - 5, 3) << "the point and a label whose letters end 20 pixels above it";
+        EXPECT_GT(labelled.Width(), 20);
+        EXPECT_NEAR(draw({"--point", "3,0.5,0,HHH\\nHHH"}).Height(), labelled.Height() + 20, 2);
+
+        const Spot line = draw({"--line=-1,-1,1,1,-1,1", "--line", "-1,1,1,1,1,1"});
+        EXPECT_NEAR(line.Height(), 300 / 1.05, 6) << projection;
+        EXPECT_NEAR(line.Width(), line.Height(), 4);
+        EXPECT_NEAR(line.x, 0, 0.02);
+    }
+}
+
 // Shells within each other: the more of them a line of sight meets, the brighter; never all white, whatever the size.
 TEST(PicturesTest, XRayPicturesAreExposedForPartsOfAnySize) {
     const Folder folder;
