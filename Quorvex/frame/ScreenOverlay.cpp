@@ -41,7 +41,8 @@ struct PixelRange {
     PixelRange(double position, int extent, float scale) {
         const int thickness = Scaled(1, scale);
         const double middle = (position + 1.0) / 2.0 * extent;
-        first = static_cast<int>(std::floor(middle - (thickness - 1) / 2.0));
+        // On the border between two pixels it is always the same one, however the position was rounded.
+        first = static_cast<int>(std::floor(middle - (thickness - 1) / 2.0 + 1e-3));
         first = std::clamp(first, 0, std::max(0, extent - thickness));
         end = first + thickness;
     }

@@ -4,7 +4,6 @@
 #include <cmath>
 
 #include <Quorvex/core/OpenGL.h>
-#include <Quorvex/platform/Gl.h>
 
 #include "GlTest.h"
 
@@ -258,7 +257,9 @@ TEST_F(StereoGLTest, RowsDoNotDependOnStipplesThatTheHostUsed) {
         for (int i = 0; i < 128; ++i) {
             pattern[i] = static_cast<unsigned char>(i / 4 % 2 == 0 ? first : ~first);
         }
-        platform::MakeCurrent(f.frame.GetDeviceContext(), Library::GetRenderContext());
+        f.frame.SetStereoMode(STEREO_NONE);
+        f.Draw(); // so that rows that are left out are no longer those of before
+        f.frame.SetStereoMode(STEREO_ROWS);
         glEnable(GL_POLYGON_STIPPLE);
         glPolygonStipple(pattern);
         glRectf(-1, -1, 1, 1);
