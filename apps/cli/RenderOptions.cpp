@@ -163,7 +163,7 @@ Vector4d ParsePlane(std::string_view text) {
     if (std::count(text.begin(), text.end(), ',') != 3) {
         throw std::invalid_argument(fmt::format("'{}' is no plane of the form A,B,C,D", text));
     }
-    Vector4d plane;
+    Vector4d plane(0.0, 0.0, 0.0, 0.0);
     for (double* component : {&plane.x, &plane.y, &plane.z, &plane.w}) {
         *component = ParseNumber(TakeField(text), -largest, largest);
     }

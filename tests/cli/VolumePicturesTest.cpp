@@ -66,7 +66,8 @@ TEST(TransferFunctionTest, FilesOfTheRightFormOnly) {
     const Folder folder;
     std::string good;
     for (int i = 0; i < 256; ++i) {
-        good += std::to_string(i) + "e-3\t0.5 1  0.25 \r\n";
+        good += std::to_string(i);
+        good += "e-3\t0.5 1  0.25 \r\n";
     }
     const TransferTable table = ReadTransferFunction(WriteText(folder.Path("good"), good));
     EXPECT_EQ(table[255], ColorRGBA(0.255F, 0.5F, 1, 0.25F));
@@ -98,7 +99,7 @@ std::string WriteBlock(const Folder& folder) {
         const bool inside = x >= 4 && x <= 31 && y >= 6 && y <= 17 && z >= 2 && z <= 13;
         voxels += static_cast<char>(inside ? 120 : 10);
     }
-    const std::string rek = folder.Path("block.rek");
+    std::string rek = folder.Path("block.rek");
     const Outcome outcome = Quorvex(
         {"import", WriteText(folder.Path("block.raw"), voxels), "--dims", "40x30x20", "--type", "u8", "-o", rek});
     EXPECT_EQ(outcome.code, 0) << outcome.err;

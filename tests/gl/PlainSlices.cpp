@@ -124,7 +124,7 @@ void DrawSlices(const std::vector<Brick>& bricks, const VolumeData& data, const 
         --high;
     }
     const double* m = view.GetModelviewMatrix();
-    const double d = static_cast<double>(data.getVoxelSize() / attribute.GetSampleFactor());
+    const auto d = static_cast<double>(data.getVoxelSize() / attribute.GetSampleFactor());
     const double sign = view.IsLeftHand() ? -1.0 : 1.0;
     for (const Brick& brick : bricks) {
         if (brick.GetMaxIntensity() < low || high < brick.GetMinIntensity()) {

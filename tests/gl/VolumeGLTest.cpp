@@ -321,7 +321,7 @@ TEST_F(VolumeGLTest, ProgressLooksForInputWhenItIsDueAndSeesAStopAtOnce) {
     {
         const DuringPass pass([] {});
         int calls = 0;
-        const double start = static_cast<double>(platform::CounterNow());
+        const auto start = static_cast<double>(platform::CounterNow());
         double elapsed = 0.0;
         while (elapsed < 0.02) {
             EXPECT_FALSE(f.frame.Progress(0.5F));

@@ -44,7 +44,7 @@ double AreaByClipping(const PlaneStack& p, double k, const Vector3f& low, const 
     }
     for (std::size_t axis = 0; axis < 3; ++axis) {
         for (const double side : {1.0, -1.0}) {
-            const double limit =
+            const auto limit =
                 static_cast<double>(side > 0 ? high[static_cast<int>(axis)] : low[static_cast<int>(axis)]);
             std::vector<Point> kept;
             for (std::size_t i = 0; i < polygon.size(); ++i) {
