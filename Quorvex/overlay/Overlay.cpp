@@ -11,10 +11,10 @@ Overlay::Overlay(OverlayData& data) : m_data(&data) {
 Overlay::Overlay(const Overlay& other) : Overlay(*other.m_data) {}
 
 Overlay& Overlay::operator=(const Overlay& other) {
-    if (m_data != other.m_data) {
+    if (this != &other) {
+        other.m_data->IncInstanceCounter(); // first: both may be on the same data
         LetGo();
         m_data = other.m_data;
-        m_data->IncInstanceCounter();
     }
     return *this;
 }

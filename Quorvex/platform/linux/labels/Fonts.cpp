@@ -114,7 +114,7 @@ bool LabelFonts::SetSize(FT_Face face) {
         return false;
     }
     if (m_pixelsPerEm == 0) {
-        FT_Size_RequestRec cell{FT_SIZE_REQUEST_TYPE_REAL_DIM, 0, LABEL_CELL_ROWS * 64, 0, 0};
+        FT_Size_RequestRec cell{FT_SIZE_REQUEST_TYPE_REAL_DIM, 0, FT_Long{LABEL_CELL_ROWS} * 64, 0, 0};
         if (FT_Request_Size(face, &cell) != 0) {
             return false;
         }
