@@ -34,17 +34,16 @@ int Scaled(int pixels, float factor) {
     return std::max(1, static_cast<int>(std::lround(static_cast<float>(pixels) * factor)));
 }
 
-// The first pixel and the end of a line of this thickness, around a position from -1 to 1.
+// The pixels of the target that make up the one of the shown picture in which a position from -1 to 1 lies.
 struct PixelRange {
     int first, end;
 
     PixelRange(double position, int extent, float scale) {
-        const int thickness = Scaled(1, scale);
-        const double middle = (position + 1.0) / 2.0 * extent;
+        const double shown = extent / static_cast<double>(scale);
         // On the border between two pixels it is always the same one, however the position was rounded.
-        first = static_cast<int>(std::floor(middle - (thickness - 1) / 2.0 + 1e-3));
-        first = std::clamp(first, 0, std::max(0, extent - thickness));
-        end = first + thickness;
+        const double pixel = std::clamp(std::floor((position + 1.0) / 2.0 * shown + 1e-3), 0.0, std::ceil(shown) - 1.0);
+        first = static_cast<int>(std::lround(pixel * static_cast<double>(scale)));
+        end = std::max(first + 1, static_cast<int>(std::lround((pixel + 1.0) * static_cast<double>(scale))));
     }
 };
 

@@ -89,6 +89,32 @@ TEST(OptionsTest, BitmapsHaveWidthsOfWholeFours) {
     EXPECT_NO_THROW(CheckTogether(options));
 }
 
+TEST(OptionsTest, StereoGridAndAxesThatCannotBeDrawnAreRefused) {
+    EXPECT_EQ(ParseStereo("5"), STEREO_COLUMNS_SWAPPED);
+    for (const char* wrong : {"", "6", "-1", "01", "a"}) {
+        EXPECT_THROW(ParseStereo(wrong), std::invalid_argument) << wrong;
+    }
+    const auto isRefused = [](const auto& change) {
+        RenderOptions options;
+        options.output = "a.png";
+        options.side = Side::Top;
+        EXPECT_NO_THROW(CheckTogether(options));
+        change(options);
+        try {
+            CheckTogether(options);
+        } catch (const std::invalid_argument&) {
+            return true;
+        }
+        return false;
+    };
+    EXPECT_FALSE(isRefused([](RenderOptions& o) { o.axes = o.grid = true; }));
+    EXPECT_FALSE(isRefused([](RenderOptions& o) { o.grid = true, o.stereo = STEREO_ROWS; }));
+    EXPECT_TRUE(isRefused([](RenderOptions& o) { o.grid = true, o.side = Side::Iso; }));
+    EXPECT_TRUE(isRefused([](RenderOptions& o) { o.axes = true, o.stereo = STEREO_ROWS; }));
+    EXPECT_TRUE(isRefused([](RenderOptions& o) { o.stereo = STEREO_ROWS, o.size.height = 4097; }));
+    EXPECT_FALSE(isRefused([](RenderOptions& o) { o.stereo = STEREO_ANAGLYPH, o.size.height = 4097; }));
+}
+
 TEST(ExposureTest, TheBrightLevelLeavesOutAFewSpecks) {
     std::vector<unsigned char> pixels(15000, 0);
     EXPECT_EQ(BrightLevel(pixels), 0.0);

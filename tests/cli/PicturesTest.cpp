@@ -242,6 +242,67 @@ TEST(PicturesTest, PointsAndLinesAreWhereTheyWereAskedFor) {
     }
 }
 
+// Through red glass on the left, what is near has to be farther right than through cyan glass on the right; in
+// interleaved pictures each eye has its own rows or columns.
+TEST(PicturesTest, StereoPicturesHaveDepthTheRightWayRound) {
+    const Folder folder;
+    const std::vector<std::string> nearest{
+        WriteBinary(folder.Path("a.stl"), BoxSurface({-1, -1, 3}, {1, 1, 5})),
+        WriteBinary(folder.Path("b.stl"), BoxSurface({-5, -5, -5}, {-4.9F, -4.9F, -4.9F}))};
+    for (const char* projection : {"orthogonal", "perspective"}) {
+        const auto shift = [&](const char* mode, const auto& isSeenByLeft, const auto& isSeenByRight) {
+            const Picture picture =
+                Draw(folder, nearest +
+                                 std::vector<std::string>{"--view", "front", "--size", "400x300", "--projection",
+                                                          projection, "--stereo", mode} +
+                                 c_black);
+            double sums[2] = {};
+            double counts[2] = {};
+            for (int y = 0; y < 200; ++y) { // without the small box in the corner
+                for (int x = 0; x < 400; ++x) {
+                    const Pixel& p = picture.At(x, y);
+                    const int levels[2] = {isSeenByLeft(p, x, 299 - y), isSeenByRight(p, x, 299 - y)};
+                    for (int eye = 0; eye < 2; ++eye) {
+                        sums[eye] += levels[eye] * x;
+                        counts[eye] += levels[eye];
+                    }
+                }
+            }
+            return sums[0] / counts[0] - sums[1] / counts[1];
+        };
+        const double anaglyph = shift(
+            "1", [](const Pixel& p, int, int) { return p.r; }, [](const Pixel& p, int, int) { return p.b; });
+        EXPECT_GT(anaglyph, 4) << projection;
+        EXPECT_LT(anaglyph, 20) << projection;
+        EXPECT_NEAR(shift(
+                        "2", [](const Pixel& p, int, int y) { return y % 2 == 1 ? p.g : 0; },
+                        [](const Pixel& p, int, int y) { return y % 2 == 0 ? p.g : 0; }),
+                    anaglyph, 1.5);
+        EXPECT_NEAR(shift(
+                        "4", [](const Pixel& p, int x, int) { return x % 2 == 0 ? p.g : 0; },
+                        [](const Pixel& p, int x, int) { return x % 2 == 1 ? p.g : 0; }),
+                    anaglyph, 2.5);
+    }
+}
+
+TEST(PicturesTest, AxesAndGridAreInTheCoordinatesOfTheFile) {
+    const Folder folder;
+    // 1000 to 1004 in x, so that the line at 1002 is in the middle.
+    const std::string stl = WriteBinary(folder.Path("a.stl"), BoxSurface({1000, -1, -1}, {1004, 1, 1}));
+    const std::vector<std::string> arguments{stl, "--view", "front", "--size", "400x400", "--projection", "orthogonal"};
+    const Picture grid = Draw(folder, arguments + std::vector<std::string>{"--grid"} + c_black);
+    // The box and room for the numbers fill 400 pixels: a unit is 400 / (4 x 1.1 x 1.05) = 86.6 pixels.
+    for (const int unit : {-2, -1, 0, 1, 2}) {
+        const int x = 200 + static_cast<int>(std::floor(86.58 * unit));
+        const auto brightest = std::max({grid.At(x - 1, 60).g, grid.At(x, 60).g, grid.At(x + 1, 60).g});
+        EXPECT_GT(brightest, 45) << unit;
+        EXPECT_LT(grid.At(x + 8, 60).g, 40) << unit;
+    }
+    const Picture axes = Draw(folder, arguments + std::vector<std::string>{"--axes"} + c_black);
+    EXPECT_GT(axes.At(75, 346).r, 150) << "x to the right";
+    EXPECT_GT(axes.At(54, 325).g, 120) << "y upwards";
+}
+
 // Shells within each other: the more of them a line of sight meets, the brighter; never all white, whatever the size.
 TEST(PicturesTest, XRayPicturesAreExposedForPartsOfAnySize) {
     const Folder folder;
