@@ -215,9 +215,10 @@ void Load(const Camera& camera, View& view) {
     } else {
         // The view's numbers say what is seen, by which labels are sized; its matrix is one of a square, because the
         // frame multiplies the aspect ratio in.
-        const double across = camera.halfExtent;
-        const double upright = across / camera.aspect;
-        view.SetProjectionOrthogonalRH(-across, across, -upright, upright, camera.nearPlane, camera.farPlane);
+        const double halfWidth = camera.halfExtent;
+        const double halfHeight = halfWidth / camera.aspect;
+        view.SetProjectionOrthogonalRH(-halfWidth, halfWidth, -halfHeight, halfHeight, camera.nearPlane,
+                                       camera.farPlane);
         std::array<double, 16> square{};
         std::copy_n(view.GetProjectionMatrix(), square.size(), square.begin());
         square[5] = square[0];

@@ -1,5 +1,6 @@
 #include "Marks.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -12,16 +13,16 @@ namespace KOVA::Quorvex::cli {
 namespace {
 
 // Takes the text up to the next comma off the front, and the comma with it.
-std::string_view TakeField(std::string_view& text) {
-    const std::size_t comma = std::min(text.find(','), text.size());
-    const std::string_view field = text.substr(0, comma);
-    text.remove_prefix(std::min(comma + 1, text.size()));
+std::string_view TakeField(std::string_view& rest) {
+    const std::size_t comma = std::min(rest.find(','), rest.size());
+    const std::string_view field = rest.substr(0, comma);
+    rest.remove_prefix(std::min(comma + 1, rest.size()));
     return field;
 }
 
 // As far as single precision goes, like the coordinates of the files.
-double TakeCoordinate(std::string_view& text, std::string_view whole, std::string_view form) {
-    const std::string_view field = TakeField(text);
+double TakeCoordinate(std::string_view& rest, std::string_view whole, std::string_view form) {
+    const std::string_view field = TakeField(rest);
     double value = 0.0;
     const auto [end, error] = std::from_chars(field.data(), field.data() + field.size(), value);
     if (error != std::errc() || end != field.data() + field.size() ||
@@ -31,10 +32,10 @@ double TakeCoordinate(std::string_view& text, std::string_view whole, std::strin
     return value;
 }
 
-Position TakePosition(std::string_view& text, std::string_view whole, std::string_view form) {
+Position TakePosition(std::string_view& rest, std::string_view whole, std::string_view form) {
     Position position{};
     for (double& coordinate : position) {
-        coordinate = TakeCoordinate(text, whole, form);
+        coordinate = TakeCoordinate(rest, whole, form);
     }
     return position;
 }

@@ -24,7 +24,8 @@ TEST(OverlayTest, OverlaysShareTheirDataAndTheLastOneFreesIt) {
         EXPECT_TRUE(second == first);
         second = Overlay(); // whose data dies with it
         EXPECT_TRUE(second != first);
-        second = second; // NOLINT(clang-diagnostic-self-assign-overloaded)
+        const Overlay& itself = second;
+        second = itself;
         EXPECT_EQ(own.GetInstanceCounter(), 2);
 
         ObjectTypes scene;
