@@ -75,7 +75,14 @@ def windows(scratch, prefix, toolchain, emulator, file):
            f"-DQuorvex_DIR={next(prefix.rglob('QuorvexConfig.cmake')).parent}")
     output("cmake", "--build", build)
     draw([emulator, build / "consumer.exe"], WINEPATH=str(prefix / "bin"))
-    assert pathlib.Path(file).name in output(emulator, prefix / "bin" / "quorvex.exe", "info", file)
+    tool = prefix / "bin" / "quorvex.exe"
+    assert pathlib.Path(file).name in output(emulator, tool, "info", file)
+
+    # The library reports a bad volume by an exception, which has to find its way out of the DLL.
+    bad = scratch / "bad.rek"
+    bad.write_bytes(bytes(100))
+    run = subprocess.run([emulator, tool, "info", bad], capture_output=True, text=True)
+    assert run.returncode == 1 and "bad.rek" in run.stderr and run.stderr.count("\n") == 1, run
 
 
 def with_pkg_config(scratch, prefix):

@@ -11,6 +11,9 @@ import sys
 VARIANTS = [[], ["--view", "back", "--projection", "perspective", "--fov", "40"], ["--antialias", "2", "--view", "top"]]
 VARIANTS += [["--mesh-mode", mode] for mode in
              ("wireframe", "surface-wireframe", "hidden-line", "xray", "points")]
+VARIANTS += [["--stereo", mode] for mode in "124"]
+VOLUME_VARIANTS = [[], ["--volume-mode", "max", "--view", "front", "--projection", "orthogonal"],
+                   ["--volume-mode", "unshaded", "--clip", "-1,0,0,0", "--slice", "1,0,0,0", "--bounding-box"]]
 
 
 def draw(command, file, options, picture):
@@ -32,7 +35,7 @@ def main():
         return 1
     failed = 0
     for file in files:
-        for options in VARIANTS:
+        for options in VOLUME_VARIANTS if file.endswith(".rek") else VARIANTS:
             one = draw([native], file, options, pathlib.Path(folder, "native.bmp"))
             other = draw([emulator, windows], file, options, pathlib.Path(folder, "windows \u00b5\u03a9.bmp"))
             result = difference(one, other)
