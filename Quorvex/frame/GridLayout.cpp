@@ -15,7 +15,7 @@ constexpr double LARGEST_COUNT = 1e15; // beyond it neighbouring lines have the 
 
 std::string Write(double value, std::chars_format format, int digits) {
     std::array<char, 400> text; // the longest double has 309 digits before its point
-    const auto end = std::to_chars(text.data(), text.data() + text.size(), value, format, digits).ptr;
+    char* const end = std::to_chars(text.data(), text.data() + text.size(), value, format, digits).ptr;
     return {text.data(), end};
 }
 

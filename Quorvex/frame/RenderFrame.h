@@ -87,7 +87,7 @@ public:
     // Writes a text on the current target, in letters of the size of the grid's: the left end of its base line is at
     // (x, y), in normalised device coordinates (-1..1, from the left and from the bottom). UTF-8, on Windows in the
     // process's code page. Nothing without a font.
-    void glTextOut(const char* text, float x, float y, ColorRGB color);
+    void glTextOut(const char* text, float x, float y, ColorRGB color) const;
 
     // For objects while they draw: the fraction (0..1) of the current object that is done. Shows a line of progress and
     // lets input through, each when it is due, so that calls may be many; true means that the pass must stop now, at

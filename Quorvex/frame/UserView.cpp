@@ -110,7 +110,7 @@ static GridScale ScaleAlong(const double* projection, const double* modelview, i
     if (!(w > 0.0)) { // behind the camera
         return {0.0, 0.0};
     }
-    return {offset / w, projection[row * 5] * modelview[axis * 4 + row] / w};
+    return {offset / w, projection[row * 4 + row] * modelview[axis * 4 + row] / w};
 }
 
 void RenderFrame::DrawBackgroundUserView() {
@@ -162,7 +162,7 @@ bool RenderFrame::HasBrightBackground() const {
 
 // The name is part of the interface.
 // NOLINTNEXTLINE(readability-identifier-naming)
-void RenderFrame::glTextOut(const char* text, float x, float y, ColorRGB color) {
+void RenderFrame::glTextOut(const char* text, float x, float y, ColorRGB color) const {
     if (text == nullptr) {
         return;
     }

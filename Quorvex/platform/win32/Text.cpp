@@ -45,9 +45,10 @@ std::vector<std::wstring> LinesOf(const std::string& text) {
 // A font, a bitmap and the memory device context that both are selected into.
 class Canvas {
 public:
-    Canvas() : m_deviceContext(CreateCompatibleDC(nullptr)), m_font(CreateLabelFont()) {
-        m_originalFont = SelectObject(m_deviceContext, m_font);
-        SetTextAlign(m_deviceContext, TA_LEFT | TA_BASELINE | TA_NOUPDATECP);
+    Canvas()
+        : m_deviceContext(CreateCompatibleDC(nullptr)), m_font(CreateLabelFont()),
+          m_originalFont(SelectObject(m_deviceContext, m_font)) {
+        SetTextAlign(m_deviceContext, TA_BASELINE);
         SetTextColor(m_deviceContext, RGB(255, 255, 255));
         SetBkMode(m_deviceContext, TRANSPARENT);
     }
@@ -106,8 +107,8 @@ private:
 
     HDC m_deviceContext;
     HFONT m_font;
+    HGDIOBJ m_originalFont;
     HBITMAP m_bitmap = nullptr;
-    HGDIOBJ m_originalFont = nullptr;
     HGDIOBJ m_originalBitmap = nullptr;
 };
 
