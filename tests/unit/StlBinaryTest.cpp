@@ -96,6 +96,7 @@ TEST(StlBinary, BlocksMayEndAnywhere) {
     }
 }
 
+#if defined(__linux__) // elsewhere a file is not longer than the disk has room
 // The file says that it holds more than 32 bits can count, and is as long as that.
 TEST(StlBinary, CountsThatAMeshCannotHoldFail) {
     const Directory directory;
@@ -107,6 +108,7 @@ TEST(StlBinary, CountsThatAMeshCannotHoldFail) {
     EXPECT_FALSE(OutcomeOf(MeshReader::ReadSTL, path).read);
     EXPECT_EQ(MeshReader::GetError(), MR_READ_FAILED);
 }
+#endif
 
 TEST(StlBinary, TheLargestCountThatAMeshCanHold) {
     EXPECT_FALSE(stl::AllocateTriangles(0x55555556U));

@@ -9,8 +9,9 @@ import subprocess
 import sys
 
 SYSTEM = {"gdi32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll", "opengl32.dll", "user32.dll", "windowscodecs.dll"}
-# Mangled: anything in KOVA::Quorvex, with its virtual tables and type names.
-EXPORTED = re.compile(r"^_Z(?:T[VIS]|Thn\d+_|GV)?N?K?4KOVA7Quorvex|^_ZNK?4KOVA7Quorvex|^_Z(?:T[VIS]|GV)?N4KOVA7Quorvex")
+# Mangled: anything in KOVA::Quorvex, with its virtual tables and type names, and the types of standard exceptions that
+# leave the library.
+EXPORTED = re.compile(r"^_Z(?:T[VIS]|Thn\d+_|GV)?NK?4KOVA7Quorvex|^_ZTISt\d+(exception|runtime_error)$")
 
 
 def main():
