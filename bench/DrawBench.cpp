@@ -214,7 +214,7 @@ void HitTest(benchmark::State& state) {
     stage.frame.Render(true, WIDTH, HEIGHT);
     glFinish();
     for ([[maybe_unused]] auto _ : state) {
-        limits.push_back(Milliseconds([&bare] { bare.Select(WIDTH / 2, HEIGHT / 2); }));
+        limits.push_back(Milliseconds([&bare] { bare.Select(0.5 * WIDTH, 0.5 * HEIGHT); }));
         Mesh* hit = nullptr;
         subjects.push_back(Milliseconds([&] { hit = stage.frame.HitTest(WIDTH / 2, HEIGHT / 2); }));
         if (hit != stored) {
