@@ -28,7 +28,7 @@ Picture DrawEye(FrameFixture& f, double shift) {
     f.view.GetProjectionMatrix()[8] -= factor * shift * f.view.GetProjectionMatrix()[0];
     f.view.GetModelviewMatrix()[12] += shift;
     f.frame.SetStereoMode(STEREO_NONE);
-    const Picture picture = f.Draw();
+    Picture picture = f.Draw();
     f.view = before;
     return picture;
 }
