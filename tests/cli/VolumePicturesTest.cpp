@@ -72,10 +72,11 @@ TEST(TransferFunctionTest, FilesOfTheRightFormOnly) {
     const TransferTable table = ReadTransferFunction(WriteText(folder.Path("good"), good));
     EXPECT_EQ(table[255], ColorRGBA(0.255F, 0.5F, 1, 0.25F));
     const std::string line = "0 0 0 0\n";
+    const std::string second = line + "0 0 0 1.1\n";
     for (const auto& [text, about] : {std::pair{good + line, "more than 256"},
                                       {good.substr(good.find('\n') + 1), "255 lines"},
                                       {"0 0 0\n" + good, "intensity 0"},
-                                      {line + "0 0 0 1.1\n" + good, "intensity 1"},
+                                      {second + good, "intensity 1"},
                                       {"0 0 0 nan\n" + good, "intensity 0"},
                                       {"0 0 0 0 0\n" + good, "intensity 0"},
                                       {std::string(), "0 lines"}}) {
