@@ -16,14 +16,16 @@ double Distance(const PlotPoint& p, const PlotPoint& a, const PlotPoint& b) {
     return std::hypot(p.x - a.x - along * dx, p.y - a.y - along * dy);
 }
 
-// A range of pixels along one axis that a range of coordinates touches, inside the picture.
+// Pixels along one axis.
 struct Span {
     std::size_t first, end;
 };
 
-Span Touched(double from, double to, unsigned int size) {
-    const auto inside = [size](double value) {
-        return static_cast<std::size_t>(std::clamp(value, 0.0, static_cast<double>(size)));
+// Those of a span that a range of coordinates touches.
+Span Touched(double from, double to, Span within) {
+    const auto inside = [within](double value) {
+        return static_cast<std::size_t>(
+            std::clamp(value, static_cast<double>(within.first), static_cast<double>(within.end)));
     };
     return {inside(std::floor(from)), inside(std::ceil(to))};
 }
@@ -60,15 +62,8 @@ public:
     // A pixel is covered as far as its middle is inside the line's edge.
     void Add(const PlotPoint& a, const PlotPoint& b, double width) {
         const double reach = width / 2.0 + 0.5;
-        const auto clipped = [](Span range, double from, double to) {
-            const auto inside = [range](double value) {
-                return static_cast<std::size_t>(
-                    std::clamp(value, static_cast<double>(range.first), static_cast<double>(range.end)));
-            };
-            return Span{inside(std::floor(from)), inside(std::ceil(to))};
-        };
-        const Span columns = clipped(m_columns, std::min(a.x, b.x) - reach, std::max(a.x, b.x) + reach);
-        const Span rows = clipped(m_rows, std::min(a.y, b.y) - reach, std::max(a.y, b.y) + reach);
+        const Span columns = Touched(std::min(a.x, b.x) - reach, std::max(a.x, b.x) + reach, m_columns);
+        const Span rows = Touched(std::min(a.y, b.y) - reach, std::max(a.y, b.y) + reach, m_rows);
         for (std::size_t y = rows.first; y < rows.end; ++y) {
             for (std::size_t x = columns.first; x < columns.end; ++x) {
                 const PlotPoint middle{static_cast<double>(x) + 0.5, static_cast<double>(y) + 0.5};
@@ -88,9 +83,16 @@ private:
     std::vector<double> m_coverage;
 };
 
-double TextStart(std::string_view text, double height, Anchor anchor) {
+std::vector<Polyline> PlacedText(std::string_view text, PlotPoint at, Anchor anchor, double height) {
     const double width = TextWidth(text) * height;
-    return anchor == Anchor::left ? 0.0 : anchor == Anchor::centre ? -width / 2.0 : -width;
+    const double start = anchor == Anchor::left ? 0.0 : anchor == Anchor::centre ? -width / 2.0 : -width;
+    std::vector<Polyline> lines = TextLines(text, height);
+    for (Polyline& line : lines) {
+        for (PlotPoint& point : line) {
+            point = {at.x + start + point.x, at.y + point.y};
+        }
+    }
+    return lines;
 }
 
 } // namespace
@@ -110,8 +112,8 @@ void Canvas::Blend(std::size_t x, std::size_t y, const Ink& ink, double coverage
 }
 
 void Canvas::Fill(double left, double top, double right, double bottom, const Ink& ink) {
-    const Span columns = Touched(left, right, m_size.width);
-    const Span rows = Touched(top, bottom, m_size.height);
+    const Span columns = Touched(left, right, {0, m_size.width});
+    const Span rows = Touched(top, bottom, {0, m_size.height});
     for (std::size_t y = rows.first; y < rows.end; ++y) {
         for (std::size_t x = columns.first; x < columns.end; ++x) {
             Blend(x, y, ink, Covered(x, left, right) * Covered(y, top, bottom));
@@ -121,8 +123,8 @@ void Canvas::Fill(double left, double top, double right, double bottom, const In
 
 void Canvas::Stroke(const std::vector<Polyline>& lines, double width, const Ink& ink) {
     const Bounds bounds = BoundsOf(lines, width / 2.0 + 1.0);
-    const Span columns = Touched(bounds.left, bounds.right, m_size.width);
-    const Span rows = Touched(bounds.top, bounds.bottom, m_size.height);
+    const Span columns = Touched(bounds.left, bounds.right, {0, m_size.width});
+    const Span rows = Touched(bounds.top, bounds.bottom, {0, m_size.height});
     if (columns.first >= columns.end || rows.first >= rows.end) {
         return;
     }
@@ -142,22 +144,20 @@ void Canvas::Stroke(const std::vector<Polyline>& lines, double width, const Ink&
 }
 
 void Canvas::Text(std::string_view text, PlotPoint at, Anchor anchor, double height, const Ink& ink) {
-    std::vector<Polyline> lines = TextLines(text, height);
-    const double start = TextStart(text, height, anchor);
-    for (Polyline& line : lines) {
-        for (PlotPoint& point : line) {
-            point = {at.x + start + point.x, at.y + point.y};
-        }
-    }
+    Stroke(PlacedText(text, at, anchor, height), TextLineWidth(height), ink);
+}
+
+void Canvas::HaloedText(std::string_view text, PlotPoint at, double height, const Ink& ink, const Ink& paper) {
+    const std::vector<Polyline> lines = PlacedText(text, at, Anchor::centre, height);
+    Stroke(lines, TextLineWidth(height) * 4.0, paper);
     Stroke(lines, TextLineWidth(height), ink);
 }
 
 void Canvas::TextUpwards(std::string_view text, PlotPoint middle, double height, const Ink& ink) {
-    std::vector<Polyline> lines = TextLines(text, height);
-    const double start = TextStart(text, height, Anchor::centre);
+    std::vector<Polyline> lines = PlacedText(text, {0.0, 0.0}, Anchor::centre, height);
     for (Polyline& line : lines) {
         for (PlotPoint& point : line) {
-            point = {middle.x + point.y, middle.y - start - point.x};
+            point = {middle.x + point.y, middle.y - point.x};
         }
     }
     Stroke(lines, TextLineWidth(height), ink);

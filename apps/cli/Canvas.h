@@ -30,6 +30,9 @@ public:
 
     // height is that of a capital.
     void Text(std::string_view text, PlotPoint at, Anchor anchor, double height, const Ink& ink);
+    // Centred, and readable on anything: the paper's ink is laid around the letters first.
+    void HaloedText(std::string_view text, PlotPoint at, double height, const Ink& ink, const Ink& paper);
+
     void TextUpwards(std::string_view text, PlotPoint middle, double height, const Ink& ink);
 
     PictureSize Size() const { return m_size; }

@@ -27,6 +27,7 @@ constexpr Ink c_fainter{34, 40, 49, 0.05};
 constexpr Ink c_bars{86, 124, 168};
 constexpr Ink c_filtered{20, 50, 92};
 constexpr Ink c_peaks{196, 98, 16};
+constexpr Ink c_lesserPeaks{196, 98, 16, 0.55};
 constexpr Ink c_threshold{186, 28, 44};
 constexpr Ink c_otsu{22, 122, 84};
 
@@ -43,6 +44,7 @@ struct Panel {
     double top, bottom;
     CountAxis axis;
     const char* scale;
+    bool showsAll; // of the peaks: on an even scale most would crowd at the foot
 
     double Height(double count) const { return bottom - std::clamp(axis.At(count), 0.0, 1.0) * (bottom - top); }
 };
@@ -56,8 +58,7 @@ void DashedLine(Canvas& canvas, double x, double top, double bottom, const Ink& 
 }
 
 // A triangle that points down at a place, hatched so closely that it is full.
-void Marker(Canvas& canvas, PlotPoint tip, const Ink& ink) {
-    constexpr double size = 9.0;
+void Marker(Canvas& canvas, PlotPoint tip, double size, const Ink& ink) {
     std::vector<Polyline> lines;
     for (double y = 0.0; y <= size; y += 0.5) {
         lines.push_back({{tip.x - y * 0.55, tip.y - y}, {tip.x + y * 0.55, tip.y - y}});
@@ -84,13 +85,13 @@ void DrawCountAxis(Canvas& canvas, const Panel& panel) {
 
 void DrawLevelAxis(Canvas& canvas, const Panel& panel) {
     for (int level = 0; level <= 255; level += level == 250 ? 5 : 10) {
-        const bool labelled = level % 50 == 0 || level == 255;
+        const bool labelled = (level % 50 == 0 && level < 250) || level == 255;
         const double x = MiddleOf(level);
         if (labelled && level < 255) {
             canvas.Fill(x - 0.5, panel.top, x + 0.5, panel.bottom, c_faint);
         }
         canvas.Fill(x - 0.75, panel.bottom, x + 0.75, panel.bottom + (labelled ? 8.0 : 4.0), c_text);
-        if (labelled && level != 250) {
+        if (labelled) {
             canvas.Text(fmt::format("{}", level), {x, panel.bottom + 15.0 + c_letters}, Anchor::centre, c_letters,
                         c_text);
         }
@@ -101,6 +102,15 @@ void DrawFrame(Canvas& canvas, const Panel& panel) {
     constexpr double line = 1.5;
     canvas.Fill(c_left - line, panel.top, c_left, panel.bottom + line, c_text);
     canvas.Fill(c_left - line, panel.bottom, c_right, panel.bottom + line, c_text);
+}
+
+// A bar that is higher than the panel is broken near its top, and tells its count.
+void BreakBar(Canvas& canvas, const Panel& panel, int level, double count) {
+    const double x = MiddleOf(level);
+    const double y = panel.top + 22.0;
+    canvas.Stroke({{{x - 6.0, y + 3.0}, {x + 6.0, y - 3.0}}}, 4.0, c_paper);
+    canvas.Text(fmt::format("{} voxels", LongCount(static_cast<std::uint64_t>(count))),
+                {x + 12.0, panel.top + c_smallLetters + 2.0}, Anchor::left, c_smallLetters, c_bars);
 }
 
 void DrawBars(Canvas& canvas, const Panel& panel, const HistogramFacts& facts) {
@@ -120,6 +130,12 @@ void DrawBars(Canvas& canvas, const Panel& panel, const HistogramFacts& facts) {
         }
         canvas.Stroke({line}, 1.8, c_filtered);
     }
+    for (std::size_t level = 0; level < 256; ++level) {
+        const auto count = static_cast<double>(facts.summary.histogram[level]);
+        if (panel.axis.At(count) > 1.0) {
+            BreakBar(canvas, panel, static_cast<int>(level), count);
+        }
+    }
 }
 
 // The counts that peaks were searched in.
@@ -128,24 +144,29 @@ double SearchedCount(const HistogramFacts& facts, int level) {
     return facts.filtered ? (*facts.filtered)[i] : static_cast<double>(facts.summary.histogram[i]);
 }
 
-// Marks all peaks; the highest get their levels written, unless a higher one's is in the way.
+// Marks the highest peaks and writes their levels beside them, unless a higher one's is in the way; the others are
+// marked faintly where there is room for them.
 void DrawPeaks(Canvas& canvas, const Panel& panel, const HistogramFacts& facts) {
     const auto tip = [&](int level) {
         const auto count = static_cast<double>(facts.summary.histogram[static_cast<std::size_t>(level)]);
-        return std::min(panel.Height(count), panel.Height(SearchedCount(facts, level))) - 4.0;
+        return PlotPoint{MiddleOf(level),
+                         std::min(panel.Height(count), panel.Height(SearchedCount(facts, level))) - 4.0};
     };
     for (const HistogramFacts::Peak& peak : facts.peaks) {
-        Marker(canvas, {MiddleOf(peak.level), tip(peak.level)}, c_peaks);
+        if (panel.showsAll) {
+            Marker(canvas, tip(peak.level), 6.0, c_lesserPeaks);
+        }
     }
     std::vector<HistogramFacts::Peak> named = HighestPeaks(facts, c_namedPeaks);
     std::stable_sort(named.begin(), named.end(), [](const auto& a, const auto& b) { return a.count > b.count; });
     std::vector<int> taken;
     for (const HistogramFacts::Peak& peak : named) {
         const auto isNear = [&peak](int level) { return std::abs(level - peak.level) < 9; };
+        const PlotPoint at = tip(peak.level);
+        Marker(canvas, at, 9.0, c_peaks);
         if (std::none_of(taken.begin(), taken.end(), isNear)) {
             taken.push_back(peak.level);
-            canvas.Text(fmt::format("{}", peak.level), {MiddleOf(peak.level), tip(peak.level) - 15.0}, Anchor::centre,
-                        c_smallLetters, c_peaks);
+            canvas.HaloedText(fmt::format("{}", peak.level), {at.x, at.y - 15.0}, c_smallLetters, c_peaks, c_paper);
         }
     }
 }
@@ -172,8 +193,8 @@ void DrawPanel(Canvas& canvas, const Panel& panel, const HistogramFacts& facts) 
     DrawLevelAxis(canvas, panel);
     DrawBars(canvas, panel, facts);
     DrawFrame(canvas, panel);
-    DrawPeaks(canvas, panel, facts);
     DrawThresholds(canvas, panel, facts);
+    DrawPeaks(canvas, panel, facts);
 }
 
 void DrawTitle(Canvas& canvas, const HistogramFacts& facts, const std::string& title) {
@@ -198,7 +219,9 @@ void DrawLegend(Canvas& canvas, const HistogramFacts& facts) {
     constexpr double columns[] = {c_left, c_left + 640.0};
     const std::string found = fmt::format("{} peaks{}", facts.peaks.size(),
                                           facts.peaks.size() > c_namedPeaks ? ", the highest with their levels" : "");
-    Explain(canvas, {columns[0], rows[0]}, found, [&](PlotPoint at) { Marker(canvas, {at.x, at.y + 5.0}, c_peaks); });
+    Explain(canvas, {columns[0], rows[0]}, found, [&](PlotPoint at) {
+        Marker(canvas, {at.x, at.y + 5.0}, 9.0, c_peaks);
+    });
     if (facts.filtered) {
         Explain(canvas, {columns[0], rows[1]}, fmt::format("after a median filter of width {}", facts.median),
                 [&](PlotPoint at) {
@@ -222,6 +245,21 @@ void DrawLegend(Canvas& canvas, const HistogramFacts& facts) {
     }
 }
 
+// Up to where an even scale goes. Where one intensity, as a rule that of air, has many times as many voxels as all that
+// are not close to it, nothing of those could be seen beside it.
+double ShownEvenly(const std::array<std::uint64_t, 256>& counts) {
+    constexpr std::ptrdiff_t close = 3;
+    constexpr double most = 20.0;
+    const auto highest = std::max_element(counts.begin(), counts.end());
+    std::uint64_t others = 0;
+    for (auto count = counts.begin(); count != counts.end(); ++count) {
+        others = std::abs(count - highest) > close ? std::max(others, *count) : others;
+    }
+    const auto second = static_cast<double>(others);
+    const auto first = static_cast<double>(*highest);
+    return std::max(1.0, others > 0 && first > most * second ? second * 1.3 : first);
+}
+
 } // namespace
 
 Canvas DrawHistogram(const HistogramFacts& facts, const std::string& title) {
@@ -229,8 +267,8 @@ Canvas DrawHistogram(const HistogramFacts& facts, const std::string& title) {
     const auto largest = std::max(1.0, static_cast<double>(*std::max_element(counts.begin(), counts.end())));
     Canvas canvas(c_size, c_paper);
     DrawTitle(canvas, facts, title);
-    DrawPanel(canvas, {160.0, 570.0, CountAxis(largest, false), "linear"}, facts);
-    DrawPanel(canvas, {670.0, 1080.0, CountAxis(largest, true), "logarithmic"}, facts);
+    DrawPanel(canvas, {160.0, 570.0, CountAxis(ShownEvenly(counts), false), "linear", false}, facts);
+    DrawPanel(canvas, {670.0, 1080.0, CountAxis(largest, true), "logarithmic", true}, facts);
     canvas.Text("intensity", {(c_left + c_right) / 2.0, 1140.0}, Anchor::centre, c_letters, c_text);
     DrawLegend(canvas, facts);
     return canvas;
