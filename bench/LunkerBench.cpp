@@ -1,12 +1,16 @@
 // Lunkers and histograms beside reading the voxels once, on one core; and the memory that lunkers take beside the
 // voxels and the mesh that comes out.
 
+#include <algorithm>
 #include <cstring>
+#include <memory>
 #include <optional>
 
 #include <benchmark/benchmark.h>
 
 #include <Quorvex/Quorvex.h>
+#include <Quorvex/core/Parallel.h>
+#include <Quorvex/platform/Memory.h>
 
 #include "Compare.h"
 #include "FreshProcess.h"
@@ -29,15 +33,33 @@ void CountMesh(benchmark::State& state, const MeshData& mesh) {
     state.counters["mesh_MiB"] = triangles * (6.0 * sizeof(Vector3f) + 3.0 * sizeof(unsigned int)) / c_mebibyte;
 }
 
+// As many bytes as the mesh has, in fresh memory: no mesh is made in less.
+void WriteMeshBytes(std::size_t bytes) {
+    constexpr std::size_t part = std::size_t{1} << 22U;
+    const std::unique_ptr<unsigned char[]> mesh(new unsigned char[bytes]);
+    platform::AdviseLargeBlock(mesh.get(), bytes);
+    ParallelFor((bytes + part - 1) / part,
+                [&](std::size_t i) { std::memset(mesh.get() + i * part, 1, std::min(part, bytes - i * part)); });
+    benchmark::DoNotOptimize(mesh.get());
+}
+
 // goal: milliseconds, half of what a threaded toolkit takes for surface, connectivity and normals where it was
 // measured.
-void LunkersAgainstReading(benchmark::State& state, std::size_t edge, int spheres, double goal) {
+void LunkersAgainst(benchmark::State& state, std::size_t edge, int spheres, bool withMesh, double goal) {
     VolumeData data;
     MarkSpheres(data, edge, spheres);
-    std::optional<Mesh> mesh;
+    std::optional<Mesh> mesh(data.TriangulateLunker());
+    CountMesh(state, mesh->GetData());
+    const std::size_t meshBytes =
+        std::size_t{mesh->GetData().GetNumVertices()} * (2 * sizeof(Vector3f) + sizeof(unsigned int));
+    const auto limit = [&] {
+        ReadVoxels(data);
+        if (withMesh) {
+            WriteMeshBytes(meshBytes);
+        }
+    };
     Compare(
-        state, [&] { mesh.emplace(data.TriangulateLunker()); }, [&] { ReadVoxels(data); }, [&] { mesh.reset(); });
-    CountMesh(state, data.TriangulateLunker().GetData());
+        state, [&] { mesh.emplace(data.TriangulateLunker()); }, limit, [&] { mesh.reset(); });
     state.counters["goal_ms"] = goal;
 }
 
@@ -70,11 +92,19 @@ void HistogramAgainstReading(benchmark::State& state, std::size_t edge) {
 
 BENCHMARK_CAPTURE(LunkersPeakMemory, 256, 256, 2000)->Iterations(1);
 BENCHMARK_CAPTURE(LunkersPeakMemory, 512, 512, 10000)->Iterations(1);
-BENCHMARK_CAPTURE(LunkersAgainstReading, 256, 256, 2000, 199.0)
+BENCHMARK_CAPTURE(LunkersAgainst, 256_reading, 256, 2000, false, 199.0)
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond)
     ->Iterations(9);
-BENCHMARK_CAPTURE(LunkersAgainstReading, 512, 512, 10000, 1392.5)
+BENCHMARK_CAPTURE(LunkersAgainst, 256_reading_and_mesh_bytes, 256, 2000, true, 199.0)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(9);
+BENCHMARK_CAPTURE(LunkersAgainst, 512_reading, 512, 10000, false, 1392.5)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(5);
+BENCHMARK_CAPTURE(LunkersAgainst, 512_reading_and_mesh_bytes, 512, 10000, true, 1392.5)
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond)
     ->Iterations(5);

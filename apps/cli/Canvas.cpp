@@ -97,9 +97,9 @@ std::vector<Polyline> PlacedText(std::string_view text, PlotPoint at, Anchor anc
 
 } // namespace
 
-Canvas::Canvas(PictureSize size, const Ink& background)
-    : m_size(size), m_pixels(std::size_t{size.width} * size.height * 3) {
-    Fill(0.0, 0.0, size.width, size.height, background);
+Canvas::Canvas(PictureSize size, double scale, const Ink& background)
+    : m_size(size), m_scale(scale), m_pixels(std::size_t{size.width} * size.height * 3) {
+    Fill(0.0, 0.0, size.width / scale, size.height / scale, background);
 }
 
 void Canvas::Blend(std::size_t x, std::size_t y, const Ink& ink, double coverage) {
@@ -112,6 +112,9 @@ void Canvas::Blend(std::size_t x, std::size_t y, const Ink& ink, double coverage
 }
 
 void Canvas::Fill(double left, double top, double right, double bottom, const Ink& ink) {
+    for (double* side : {&left, &top, &right, &bottom}) {
+        *side *= m_scale;
+    }
     const Span columns = Touched(left, right, {0, m_size.width});
     const Span rows = Touched(top, bottom, {0, m_size.height});
     for (std::size_t y = rows.first; y < rows.end; ++y) {
@@ -121,7 +124,13 @@ void Canvas::Fill(double left, double top, double right, double bottom, const In
     }
 }
 
-void Canvas::Stroke(const std::vector<Polyline>& lines, double width, const Ink& ink) {
+void Canvas::Stroke(std::vector<Polyline> lines, double width, const Ink& ink) {
+    width *= m_scale;
+    for (Polyline& line : lines) {
+        for (PlotPoint& point : line) {
+            point = {point.x * m_scale, point.y * m_scale};
+        }
+    }
     const Bounds bounds = BoundsOf(lines, width / 2.0 + 1.0);
     const Span columns = Touched(bounds.left, bounds.right, {0, m_size.width});
     const Span rows = Touched(bounds.top, bounds.bottom, {0, m_size.height});

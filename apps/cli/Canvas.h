@@ -6,8 +6,8 @@
 #include "RenderOptions.h"
 #include "StrokeFont.h"
 
-// A picture that is drawn without a graphics driver: boxes, lines and text with soft edges. Coordinates are in pixels
-// from the top left corner of the picture, y downwards; pixel (0, 0) covers 0 to 1.
+// A picture that is drawn without a graphics driver: boxes, lines and text with soft edges. Coordinates and widths are
+// in units that are scale pixels each, from the top left corner of the picture, y downwards.
 
 namespace KOVA::Quorvex::cli {
 
@@ -21,12 +21,12 @@ enum class Anchor { left, centre, right };
 
 class Canvas {
 public:
-    Canvas(PictureSize size, const Ink& background);
+    Canvas(PictureSize size, double scale, const Ink& background); // size in pixels
 
     void Fill(double left, double top, double right, double bottom, const Ink& ink);
 
     // All lines together with one ink: where they cross, it is not laid on twice.
-    void Stroke(const std::vector<Polyline>& lines, double width, const Ink& ink);
+    void Stroke(std::vector<Polyline> lines, double width, const Ink& ink);
 
     // height is that of a capital.
     void Text(std::string_view text, PlotPoint at, Anchor anchor, double height, const Ink& ink);
@@ -44,6 +44,7 @@ private:
     void Blend(std::size_t x, std::size_t y, const Ink& ink, double coverage);
 
     PictureSize m_size;
+    double m_scale;
     std::vector<unsigned char> m_pixels;
 };
 

@@ -23,6 +23,7 @@ struct Options {
     std::string file;
     std::string plot;
     int median = 0;
+    unsigned int plotWidth = 1600;
     bool csv = false;
     bool json = false;
 };
@@ -96,7 +97,8 @@ void Run(const Options& options) {
         facts = Examine(volume.GetData(), options.median);
     }
     if (!options.plot.empty()) {
-        const Canvas plot = DrawHistogram(facts, std::filesystem::path(options.file).filename().string());
+        const Canvas plot =
+            DrawHistogram(facts, std::filesystem::path(options.file).filename().string(), options.plotWidth);
         WritePng(options.plot, plot.Size(), plot.Pixels());
     }
     if (options.json) {
@@ -121,6 +123,10 @@ void AddHistogramCommand(CLI::App& program) {
     command->add_flag("--json", options->json, "Print everything as one object")->excludes(csv);
     command->add_option("--plot", options->plot, "Draw the counts, linear and logarithmic, with peaks and thresholds")
         ->type_name("OUT.png");
+    command->add_option("--plot-width", options->plotWidth, "Width of the picture in pixels")
+        ->check(CLI::Range(400, 8000))
+        ->capture_default_str()
+        ->type_name("PIXELS");
     command->footer(
         "Voxels count as they are drawn, 0 to 255. Two thresholds are named, and what is above belongs to the\n"
         "material: half-way between the peaks of background and material, which are those that remain when the\n"

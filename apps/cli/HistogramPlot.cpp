@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
+#include <cstdlib>
 #include <vector>
 
 #include <fmt/format.h>
@@ -12,7 +14,8 @@ namespace KOVA::Quorvex::cli {
 
 namespace {
 
-constexpr PictureSize c_size{1600, 1240};
+constexpr double c_width = 1600.0; // in units; a picture of another width is the same, larger or smaller
+constexpr double c_height = 1240.0;
 constexpr double c_left = 190.0; // of the bars
 constexpr double c_binWidth = 5.0;
 constexpr double c_right = c_left + 256 * c_binWidth;
@@ -57,13 +60,13 @@ void DashedLine(Canvas& canvas, double x, double top, double bottom, const Ink& 
     }
 }
 
-// A triangle that points down at a place, hatched so closely that it is full.
+// A triangle that points down at a place.
 void Marker(Canvas& canvas, PlotPoint tip, double size, const Ink& ink) {
-    std::vector<Polyline> lines;
-    for (double y = 0.0; y <= size; y += 0.5) {
-        lines.push_back({{tip.x - y * 0.55, tip.y - y}, {tip.x + y * 0.55, tip.y - y}});
+    constexpr double row = 0.25;
+    for (double y = 0.0; y < size; y += row) {
+        const double half = (y + row / 2.0) * 0.58;
+        canvas.Fill(tip.x - half, tip.y - y - row, tip.x + half, tip.y - y, ink);
     }
-    canvas.Stroke(lines, 1.0, ink);
 }
 
 void DrawCountAxis(Canvas& canvas, const Panel& panel) {
@@ -215,7 +218,7 @@ template <class Sign> void Explain(Canvas& canvas, PlotPoint at, const std::stri
 }
 
 void DrawLegend(Canvas& canvas, const HistogramFacts& facts) {
-    constexpr double rows[] = {c_size.height - 62.0, c_size.height - 30.0};
+    constexpr double rows[] = {c_height - 62.0, c_height - 30.0};
     constexpr double columns[] = {c_left, c_left + 640.0};
     const std::string found = fmt::format("{} peaks{}", facts.peaks.size(),
                                           facts.peaks.size() > c_namedPeaks ? ", the highest with their levels" : "");
@@ -262,10 +265,11 @@ double ShownEvenly(const std::array<std::uint64_t, 256>& counts) {
 
 } // namespace
 
-Canvas DrawHistogram(const HistogramFacts& facts, const std::string& title) {
+Canvas DrawHistogram(const HistogramFacts& facts, const std::string& title, unsigned int width) {
     const auto& counts = facts.summary.histogram;
     const auto largest = std::max(1.0, static_cast<double>(*std::max_element(counts.begin(), counts.end())));
-    Canvas canvas(c_size, c_paper);
+    const double scale = width / c_width;
+    Canvas canvas({width, static_cast<unsigned int>(std::lround(c_height * scale))}, scale, c_paper);
     DrawTitle(canvas, facts, title);
     DrawPanel(canvas, {160.0, 570.0, CountAxis(ShownEvenly(counts), false), "linear", false}, facts);
     DrawPanel(canvas, {670.0, 1080.0, CountAxis(largest, true), "logarithmic", true}, facts);

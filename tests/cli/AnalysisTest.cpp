@@ -68,6 +68,12 @@ TEST(AnalysisTest, LunkersAreListedAndWritten) {
     EXPECT_THAT(folder.Names(), ElementsAre("a.rek", "a.stl", "none.rek"));
 }
 
+TEST(AnalysisTest, TheSamplesPoresAreFound) {
+    const Folder folder;
+    const Outcome outcome = Quorvex({"lunker", QUORVEX_VOLUME_SAMPLE, "-o", folder.Path("a.stl"), "--json"});
+    EXPECT_EQ(nlohmann::json::parse(outcome.out).at("groups"), 24); // as many as were marked
+}
+
 TEST(AnalysisTest, CountsPeaksAndThresholds) {
     const Folder folder;
     std::string voxels;
@@ -140,6 +146,8 @@ TEST(AnalysisTest, ThePlotShowsTheCounts) {
     EXPECT_NEAR(manyLog - someLog, someLog - fewLog, 3.0);                // a decade each
     EXPECT_NEAR(someLog - fewLog, fewLog / (1.0 + std::log10(2.0)), 3.0); // from one half on
     EXPECT_EQ(heights(60), std::pair(0, 0));
+    ASSERT_EQ(Quorvex({"histogram", rek, "--plot", png, "--plot-width", "800"}).code, 0);
+    EXPECT_EQ(ReadPicture(png).height, 620);
     // The threshold that parts two kinds, a line from above the panel down to its foot.
     const Spot green = Find(picture, [](const Pixel& p) { return p.g > p.r + 60 && p.g > p.b + 20; });
     EXPECT_GT(green.Height(), picture.height / 2);
