@@ -60,13 +60,15 @@ void DashedLine(Canvas& canvas, double x, double top, double bottom, const Ink& 
     }
 }
 
-// A triangle that points down at a place.
+// A triangle that points down at a place, of lines that overlap.
 void Marker(Canvas& canvas, PlotPoint tip, double size, const Ink& ink) {
-    constexpr double row = 0.25;
-    for (double y = 0.0; y < size; y += row) {
-        const double half = (y + row / 2.0) * 0.58;
-        canvas.Fill(tip.x - half, tip.y - y - row, tip.x + half, tip.y - y, ink);
+    constexpr double line = 2.0;
+    std::vector<Polyline> lines;
+    for (double y = line / 2.0; y <= size - line / 2.0; y += line / 4.0) {
+        const double half = std::max(0.0, y * 0.62 - line / 2.0);
+        lines.push_back({{tip.x - half, tip.y - y}, {tip.x + half, tip.y - y}});
     }
+    canvas.Stroke(lines, line, ink);
 }
 
 void DrawCountAxis(Canvas& canvas, const Panel& panel) {
