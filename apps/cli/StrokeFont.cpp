@@ -118,14 +118,66 @@ constexpr std::array<Glyph, 95> c_glyphs{{
     {8, "09 ~1d 4a ~77 8b"},
 }};
 constexpr Glyph c_box{8, "04 84 8i 0i 04"};
+constexpr Glyph c_sharpS{8, "04 0e ~0i 4i ~7i 7f ~7c 4c|4c ~8c 88 ~84 44 34"};
 
-const Glyph& GlyphOf(char character) {
-    return character >= ' ' && character <= '~' ? c_glyphs[static_cast<std::size_t>(character - ' ')] : c_box;
+// The letters from U+00C0 to U+00FF: what they are made of, a letter of ASCII and a mark. A question mark stands for
+// what there is not, and s for the sharp one.
+constexpr std::string_view c_baseLetters = "AAAAAA?CEEEEIIII?NOOOOOxOUUUUY?saaaaaa?ceeeeiiii?nooooo?ouuuuy?y";
+constexpr std::string_view c_marksOfLetters = "`'^~:o ,`'^:`'^: ~`'^~: /`'^:'  `'^~:o ,`'^:`'^: ~`'^~: /`'^:' :";
+static_assert(c_baseLetters.size() == 64 && c_marksOfLetters.size() == 64);
+
+// Marks are 6 wide, and 4 high from a line above the letter.
+constexpr int c_markWidth = 6;
+std::string_view LinesOfMark(char mark) {
+    switch (mark) {
+    case '`':
+        return "14 40";
+    case '\'':
+        return "20 54";
+    case '^':
+        return "00 33 60";
+    case '~':
+        return "01 ~14 32 ~50 63";
+    case ':':
+        return "12 12|52 52";
+    case 'o':
+        return "34 ~54 52 ~50 30 ~10 12 ~14 34";
+    case ',':
+        return "34 33 ~53 51 ~50 20";
+    default:
+        return "";
+    }
 }
 
-// The bytes of UTF-8 that go on with a character.
-bool IsContinued(char byte) {
-    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+// A character, with its mark if there is any.
+struct Letter {
+    Glyph glyph;
+    char mark = ' ';
+    bool capital = false;
+};
+
+Letter AccentedLetter(std::size_t i) {
+    const char base = c_baseLetters[i];
+    if (base == '?' || base == 's') {
+        return {base == 's' ? c_sharpS : c_box};
+    }
+    // Under a mark an i has no dot.
+    const Glyph glyph = base == 'i' ? Glyph{0, "04 0e"} : c_glyphs[static_cast<std::size_t>(base - ' ')];
+    return {glyph, c_marksOfLetters[i], base <= 'Z'};
+}
+
+std::vector<Letter> Letters(std::string_view text) {
+    std::vector<Letter> letters;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(text[i]);
+        const unsigned int next = i + 1 < text.size() ? static_cast<unsigned char>(text[i + 1]) : 0U;
+        if (byte == 0xC3 && (next & 0xC0U) == 0x80U) {
+            letters.push_back(AccentedLetter(next & 0x3FU));
+        } else if ((byte & 0xC0U) != 0x80U) { // the others go on with a character that has come already
+            letters.push_back({byte >= ' ' && byte <= '~' ? c_glyphs[byte - std::size_t{' '}] : c_box});
+        }
+    }
+    return letters;
 }
 
 double Coordinate(char digit) {
@@ -180,8 +232,8 @@ template <class Place> void AppendGlyph(std::string_view text, Place place, std:
 
 double TextWidth(std::string_view text) {
     double width = 0.0;
-    for (const char character : text) {
-        width += IsContinued(character) ? 0.0 : GlyphOf(character).width + c_gap;
+    for (const Letter& letter : Letters(text)) {
+        width += letter.glyph.width + c_gap;
     }
     return width > 0.0 ? (width - c_gap) / c_capital : 0.0;
 }
@@ -190,18 +242,20 @@ std::vector<Polyline> TextLines(std::string_view text, double capitalHeight) {
     const double unit = capitalHeight / c_capital;
     std::vector<Polyline> lines;
     double start = 0.0;
-    for (const char character : text) {
-        if (IsContinued(character)) {
-            continue;
+    for (const Letter& letter : Letters(text)) {
+        const auto placed = [unit](double left, double up) {
+            return [=](double x, double y) { return PlotPoint{(left + x) * unit, (c_baseline - up - y) * unit}; };
+        };
+        AppendGlyph(letter.glyph.lines, placed(start, 0.0), lines);
+        const double top = letter.capital ? 20.0 : 16.0;
+        const double middle = start + letter.glyph.width / 2.0;
+        AppendGlyph(LinesOfMark(letter.mark), placed(middle - c_markWidth / 2.0, letter.mark == ',' ? 0.0 : top),
+                    lines);
+        if (letter.mark == '/') { // through the letter
+            const auto place = placed(start, 0.0);
+            lines.push_back({place(0.0, 3.0), place(letter.glyph.width, top - 1.0)});
         }
-        const Glyph& glyph = GlyphOf(character);
-        AppendGlyph(
-            glyph.lines,
-            [&](double x, double y) {
-                return PlotPoint{(start + x) * unit, (c_baseline - y) * unit};
-            },
-            lines);
-        start += glyph.width + c_gap;
+        start += letter.glyph.width + c_gap;
     }
     return lines;
 }

@@ -199,7 +199,9 @@ TEST(PlotTest, EveryCharacterHasAShapeOfItsOwnInsideItsWidth) {
         }
         EXPECT_TRUE(shapes.insert(shape.str()).second) << c;
     }
-    EXPECT_EQ(TextLines("\xC3\xA9", 14.0).size(), 1U); // one box
+    EXPECT_EQ(TextLines("\xC3\xA9", 14.0).size(), TextLines("e", 14.0).size() + 1); // with an accent
+    EXPECT_EQ(TextLines("\xE2\x82\xAC", 14.0).size(), 1U);                          // one box
+    EXPECT_EQ(TextLines("\xC3", 14.0).size(), 1U);
     EXPECT_EQ(TextWidth(""), 0.0);
 }
 

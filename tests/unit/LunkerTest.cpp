@@ -131,7 +131,7 @@ private:
             std::size_t inside = 0;
             for (int bit = 0; bit < 8; ++bit) {
                 const Vector3i v = origin + Vector3i(bit >> 2, bit & 1, bit >> 1 & 1);
-                inside |= std::size_t{At(v) == number} << static_cast<unsigned int>(bit);
+                inside |= At(v) == number ? std::size_t{1} << static_cast<unsigned int>(bit) : 0;
             }
             const cubes::Case& cube = cubes::Cases()[inside];
             for (std::size_t i = 0; i < cube.triangles * 3; ++i) {
