@@ -84,6 +84,12 @@ void PrintText(const Options& options, const HistogramFacts& facts) {
     }
 }
 
+// The file without its folder, in UTF-8.
+std::string NameOf(const std::string& file) {
+    const std::u8string name = PathOf(file).filename().u8string();
+    return {name.begin(), name.end()};
+}
+
 void Run(const Options& options) {
     if (!options.plot.empty()) {
         CheckWritable(options.plot);
@@ -97,8 +103,7 @@ void Run(const Options& options) {
         facts = Examine(volume.GetData(), options.median);
     }
     if (!options.plot.empty()) {
-        const Canvas plot =
-            DrawHistogram(facts, std::filesystem::path(options.file).filename().string(), options.plotWidth);
+        const Canvas plot = DrawHistogram(facts, NameOf(options.file), options.plotWidth);
         WritePng(options.plot, plot.Size(), plot.Pixels());
     }
     if (options.json) {
