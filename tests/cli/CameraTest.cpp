@@ -1,4 +1,4 @@
-#include <cli/Camera.h>
+#include <shared/Camera.h>
 
 #include <algorithm>
 #include <cmath>

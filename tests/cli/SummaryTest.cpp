@@ -1,4 +1,4 @@
-#include <cli/MeshSummary.h>
+#include <shared/MeshSummary.h>
 #include <cli/ProgressBar.h>
 #include <cli/Scene.h>
 
@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cli/Failure.h>
+#include <shared/Failure.h>
 
 #include "Programs.h"
 

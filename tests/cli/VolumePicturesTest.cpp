@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cli/Failure.h>
+#include <shared/Failure.h>
 #include <cli/RenderOptions.h>
 
 #include "Programs.h"

@@ -5,13 +5,15 @@
 
 #include <Quorvex/core/Vectors.h>
 
+#include "Programs.h"
+
 namespace KOVA::Quorvex {
 class View;
 }
 
 // Where the camera stands so that a box fills the picture. No GL here.
 
-namespace KOVA::Quorvex::cli {
+namespace KOVA::Quorvex::apps {
 
 // Axis-aligned, in scene units. An empty box has low above high.
 struct Box {
@@ -63,4 +65,4 @@ Camera FitCamera(const Box& box, const Shot& shot);
 // Makes the view right-handed and loads the camera into it.
 void Load(const Camera& camera, View& view);
 
-} // namespace KOVA::Quorvex::cli
+} // namespace KOVA::Quorvex::apps

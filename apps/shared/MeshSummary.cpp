@@ -6,7 +6,7 @@
 
 #include <Quorvex/mesh/MeshData.h>
 
-namespace KOVA::Quorvex::cli {
+namespace KOVA::Quorvex::apps {
 
 namespace {
 
@@ -86,4 +86,4 @@ MeshSummary Summarize(const MeshData& data) {
     return summary;
 }
 
-} // namespace KOVA::Quorvex::cli
+} // namespace KOVA::Quorvex::apps

@@ -5,7 +5,7 @@
 
 #include <Quorvex/volume/VolumeData.h>
 
-namespace KOVA::Quorvex::cli {
+namespace KOVA::Quorvex::apps {
 
 namespace {
 
@@ -81,4 +81,4 @@ VolumeSummary Summarize(const VolumeData& data) {
     return summary;
 }
 
-} // namespace KOVA::Quorvex::cli
+} // namespace KOVA::Quorvex::apps

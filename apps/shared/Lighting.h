@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Programs.h"
+
 namespace KOVA::Quorvex {
 class MeshData;
 class View;
@@ -7,7 +9,7 @@ class View;
 
 // Normals for drawing a triangle list. What a file stores is there for machines; pictures need more.
 
-namespace KOVA::Quorvex::cli {
+namespace KOVA::Quorvex::apps {
 
 // Makes each normal look to the side that the order of the triangle's corners makes the outside. Lighting takes that
 // side for granted: a normal that points the other way would leave the surface black. Normals of no length become those
@@ -19,4 +21,4 @@ void OrientNormals(MeshData& data);
 // normals are oriented.
 void LightLines(MeshData& data, const View& view);
 
-} // namespace KOVA::Quorvex::cli
+} // namespace KOVA::Quorvex::apps

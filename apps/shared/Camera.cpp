@@ -7,7 +7,7 @@
 
 #include <Quorvex/view/View.h>
 
-namespace KOVA::Quorvex::cli {
+namespace KOVA::Quorvex::apps {
 
 namespace {
 
@@ -227,4 +227,4 @@ void Load(const Camera& camera, View& view) {
     view.SetModelviewViewer(camera.eye, camera.target, camera.up);
 }
 
-} // namespace KOVA::Quorvex::cli
+} // namespace KOVA::Quorvex::apps

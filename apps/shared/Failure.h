@@ -2,7 +2,9 @@
 
 #include <stdexcept>
 
-namespace KOVA::Quorvex::cli {
+#include "Programs.h"
+
+namespace KOVA::Quorvex::apps {
 
 // What the user asked for could not be done. The text is the one line that goes to standard error, without the name of
 // the program in front; the exit code is 1.
@@ -11,4 +13,4 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-} // namespace KOVA::Quorvex::cli
+} // namespace KOVA::Quorvex::apps

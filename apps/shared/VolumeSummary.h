@@ -4,11 +4,13 @@
 #include <cstdint>
 #include <optional>
 
+#include "Programs.h"
+
 namespace KOVA::Quorvex {
 class VolumeData;
 }
 
-namespace KOVA::Quorvex::cli {
+namespace KOVA::Quorvex::apps {
 
 // What can be said about voxels without drawing them. All levels are 0..255.
 struct VolumeSummary {
@@ -31,4 +33,4 @@ struct VolumeSummary {
 
 VolumeSummary Summarize(const VolumeData& data);
 
-} // namespace KOVA::Quorvex::cli
+} // namespace KOVA::Quorvex::apps

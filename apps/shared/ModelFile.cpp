@@ -13,9 +13,9 @@
 
 #include "Failure.h"
 #include "FileReason.h"
-#include "system/System.h"
+#include "Paths.h"
 
-namespace KOVA::Quorvex::cli {
+namespace KOVA::Quorvex::apps {
 
 namespace {
 
@@ -68,4 +68,4 @@ bool IsBinaryModel(const std::string& path) {
            start.begin() + static_cast<std::ptrdiff_t>(count);
 }
 
-} // namespace KOVA::Quorvex::cli
+} // namespace KOVA::Quorvex::apps

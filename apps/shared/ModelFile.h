@@ -4,7 +4,9 @@
 
 #include <Quorvex/mesh/Mesh.h>
 
-namespace KOVA::Quorvex::cli {
+#include "Programs.h"
+
+namespace KOVA::Quorvex::apps {
 
 // Reads an STL file of any kind. Throws Failure with the reason when that cannot be done.
 Mesh ReadModel(const std::string& path);
@@ -12,4 +14,4 @@ Mesh ReadModel(const std::string& path);
 // Whether a file that ReadModel could read holds text or binary records.
 bool IsBinaryModel(const std::string& path);
 
-} // namespace KOVA::Quorvex::cli
+} // namespace KOVA::Quorvex::apps

@@ -7,11 +7,12 @@
 #include <Quorvex/core/Colors.h>
 #include <Quorvex/volume/VolumeAttribute.h>
 
+#include "Programs.h"
 #include "VolumeSummary.h"
 
 // Colour and opacity for the 256 intensities of a volume.
 
-namespace KOVA::Quorvex::cli {
+namespace KOVA::Quorvex::apps {
 
 using TransferTable = std::array<ColorRGBA, VolumeAttribute::transferEntries>;
 
@@ -38,4 +39,4 @@ TransferTable SliceTransferFunction(const VolumeSummary& summary);
 // is anything else.
 TransferTable ReadTransferFunction(const std::string& path);
 
-} // namespace KOVA::Quorvex::cli
+} // namespace KOVA::Quorvex::apps

@@ -6,9 +6,9 @@
 #include <filesystem>
 #include <memory>
 
-#include "system/System.h"
+#include "Paths.h"
 
-namespace KOVA::Quorvex::cli {
+namespace KOVA::Quorvex::apps {
 
 std::string ReasonOfSystem(const std::string& path) {
     std::error_code ignored;
@@ -20,4 +20,4 @@ std::string ReasonOfSystem(const std::string& path) {
     return file != nullptr ? std::string() : std::strerror(errno);
 }
 
-} // namespace KOVA::Quorvex::cli
+} // namespace KOVA::Quorvex::apps

@@ -5,7 +5,7 @@
 #include <Quorvex/mesh/MeshData.h>
 #include <Quorvex/view/View.h>
 
-namespace KOVA::Quorvex::cli {
+namespace KOVA::Quorvex::apps {
 
 namespace {
 
@@ -70,4 +70,4 @@ void LightLines(MeshData& data, const View& view) {
     });
 }
 
-} // namespace KOVA::Quorvex::cli
+} // namespace KOVA::Quorvex::apps

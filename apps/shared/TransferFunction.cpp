@@ -10,7 +10,7 @@
 #include "Failure.h"
 #include "FileReason.h"
 
-namespace KOVA::Quorvex::cli {
+namespace KOVA::Quorvex::apps {
 
 namespace {
 
@@ -163,4 +163,4 @@ TransferTable ReadTransferFunction(const std::string& path) {
     return table;
 }
 
-} // namespace KOVA::Quorvex::cli
+} // namespace KOVA::Quorvex::apps

@@ -3,11 +3,13 @@
 #include <array>
 #include <cstdint>
 
+#include "Programs.h"
+
 namespace KOVA::Quorvex {
 class MeshData;
 }
 
-namespace KOVA::Quorvex::cli {
+namespace KOVA::Quorvex::apps {
 
 // What can be said about a triangle list without drawing it.
 struct MeshSummary {
@@ -23,4 +25,4 @@ struct MeshSummary {
 
 MeshSummary Summarize(const MeshData& data);
 
-} // namespace KOVA::Quorvex::cli
+} // namespace KOVA::Quorvex::apps

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+
+#include <Quorvex/volume/Volume.h>
+
+#include "Programs.h"
+
+namespace KOVA::Quorvex::apps {
+
+// By the ending of the name: .rek.
+bool IsVolumeFile(const std::string& path);
+
+// Reads a REK file, without bricks. Throws Failure with the reason when it cannot be read or holds no voxels.
+Volume ReadRek(const std::string& path);
+
+} // namespace KOVA::Quorvex::apps
