@@ -10,6 +10,8 @@ namespace KOVA::Quorvex::cli {
 void AddInfoCommand(CLI::App& program);
 void AddRenderCommand(CLI::App& program);
 void AddImportCommand(CLI::App& program);
+void AddHistogramCommand(CLI::App& program);
+void AddLunkerCommand(CLI::App& program);
 void AddCapabilitiesCommand(CLI::App& program);
 
 } // namespace KOVA::Quorvex::cli
