@@ -22,7 +22,8 @@ HistogramFacts Examine(const VolumeData& data, int median) {
     if (median > 0) {
         histogram.setFilterSize(median);
         histogram.filterMedian();
-        std::copy_n(&histogram[0], facts.filtered.emplace().size(), facts.filtered->begin());
+        std::array<int, 256>& filtered = facts.filtered.emplace();
+        std::copy_n(&histogram[0], filtered.size(), filtered.begin());
     }
     const int peaks = histogram.getNumMaxima();
     for (int i = 0; i < peaks; ++i) {
