@@ -50,15 +50,15 @@ void WriteHeaders(unsigned char* file, std::uint32_t width, std::uint32_t height
     }
 }
 
-void ConvertRow(const unsigned char* rgba, unsigned int width, unsigned char* out) {
-    for (std::size_t column = 0; column < width; ++column) {
-        out[column * 3] = rgba[column * 4 + 2];
-        out[column * 3 + 1] = rgba[column * 4 + 1];
-        out[column * 3 + 2] = rgba[column * 4];
+} // namespace
+
+void ConvertToBgr(const unsigned char* rgba, std::size_t pixels, unsigned char* bgr) {
+    for (std::size_t i = 0; i < pixels; ++i) {
+        bgr[i * 3] = rgba[i * 4 + 2];
+        bgr[i * 3 + 1] = rgba[i * 4 + 1];
+        bgr[i * 3 + 2] = rgba[i * 4];
     }
 }
-
-} // namespace
 
 bool EncodeBitmap(const unsigned char* rgba, unsigned int width, unsigned int height, const BitmapSink& sink) {
     const std::uint64_t rowSize = (static_cast<std::uint64_t>(width) * 3 + 3) / 4 * 4;
@@ -80,7 +80,7 @@ bool EncodeBitmap(const unsigned char* rgba, unsigned int width, unsigned int he
     for (std::size_t first = 0; first < height; first += rowsPerBlock) {
         const std::size_t rows = std::min<std::size_t>(rowsPerBlock, height - first);
         for (std::size_t row = 0; row < rows; ++row) {
-            ConvertRow(rgba + (first + row) * width * 4, width, block.data() + row * rowBytes);
+            ConvertToBgr(rgba + (first + row) * width * 4, width, block.data() + row * rowBytes);
         }
         if (!sink(block.data(), rows * rowBytes)) {
             return false;
