@@ -99,9 +99,12 @@ std::unique_ptr<unsigned char[]> RenderFrame::DrawRecordedPicture(const Recordin
     if (FindBusyFrame() != nullptr) {
         return nullptr;
     }
-    while (m_view != nullptr && !m_abort && m_recording.get() == recording) {
+    const auto goesOn = [&] {
+        return m_view != nullptr && m_window != nullptr && !m_abort && m_recording.get() == recording;
+    };
+    while (goesOn()) {
         if (DrawCapture(size, show)) {
-            return m_recording.get() == recording ? ReadComposedPicture(size.width, size.height) : nullptr;
+            return goesOn() ? ReadComposedPicture(size.width, size.height) : nullptr;
         }
         if (!m_stopped) {
             return nullptr; // the system does not let it be drawn

@@ -59,6 +59,7 @@ public:
         const int strides[] = {-rowBytes};
         m_ffmpeg.sws_scale(m_scaler.get(), rows, strides, 0, m_codec->height, m_frame->data, m_frame->linesize);
         m_frame->pts = m_next++;
+        m_frame->pict_type = AV_PICTURE_TYPE_I; // a key frame
         return Encode(m_frame.get()) ? VideoResult::Written : VideoResult::Failed;
     }
 
@@ -85,8 +86,8 @@ private:
             return false;
         }
         m_scaler.reset(m_ffmpeg.sws_getContext(m_codec->width, m_codec->height, AV_PIX_FMT_BGR24, m_codec->width,
-                                               m_codec->height, m_codec->pix_fmt, SWS_BILINEAR, nullptr, nullptr,
-                                               nullptr));
+                                               m_codec->height, m_codec->pix_fmt, SWS_BILINEAR | SWS_ACCURATE_RND,
+                                               nullptr, nullptr, nullptr));
         if (m_scaler == nullptr) {
             return false;
         }

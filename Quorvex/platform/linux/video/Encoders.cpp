@@ -11,8 +11,9 @@ namespace KOVA::Quorvex::platform {
 
 namespace {
 
-// Encoders tell about themselves on standard error, which is the host's: what they say is made unimportant.
-constexpr int UNIMPORTANT = 1000;
+// Encoders tell about themselves on standard error, which is the host's: what they say is made unimportant. Only the
+// lowest eight bits of the sum with a message's own level (at most 56) count.
+constexpr int UNIMPORTANT = 128;
 
 constexpr std::uint32_t MOTION_JPEG = FourCharacters('M', 'J', 'P', 'G');
 
@@ -72,6 +73,7 @@ CodecPointer Open(const FFmpeg& ffmpeg, const AVCodec& encoder, unsigned int wid
     codec->time_base = {1, static_cast<int>(VIDEO_RATE)};
     codec->framerate = {static_cast<int>(VIDEO_RATE), 1};
     codec->gop_size = 1; // key frames only
+    codec->keyint_min = 1;
     codec->max_b_frames = 0;
     codec->color_range = encoder.id == AV_CODEC_ID_MJPEG ? AVCOL_RANGE_JPEG : AVCOL_RANGE_MPEG;
     codec->colorspace = AVCOL_SPC_SMPTE170M;
