@@ -5,6 +5,8 @@
 #include <limits>
 #include <vector>
 
+#include <Quorvex/core/PixelOrder.h>
+
 namespace KOVA::Quorvex {
 
 namespace {
@@ -51,14 +53,6 @@ void WriteHeaders(unsigned char* file, std::uint32_t width, std::uint32_t height
 }
 
 } // namespace
-
-void ConvertToBgr(const unsigned char* rgba, std::size_t pixels, unsigned char* bgr) {
-    for (std::size_t i = 0; i < pixels; ++i) {
-        bgr[i * 3] = rgba[i * 4 + 2];
-        bgr[i * 3 + 1] = rgba[i * 4 + 1];
-        bgr[i * 3 + 2] = rgba[i * 4];
-    }
-}
 
 bool EncodeBitmap(const unsigned char* rgba, unsigned int width, unsigned int height, const BitmapSink& sink) {
     const std::uint64_t rowSize = (static_cast<std::uint64_t>(width) * 3 + 3) / 4 * 4;

@@ -12,7 +12,4 @@ namespace KOVA::Quorvex {
 using BitmapSink = std::function<bool(const void* data, std::size_t bytes)>;
 bool EncodeBitmap(const unsigned char* rgba, unsigned int width, unsigned int height, const BitmapSink& sink);
 
-// Pixels of red, green, blue and alpha bytes as blue, green and red ones.
-void ConvertToBgr(const unsigned char* rgba, std::size_t pixels, unsigned char* bgr);
-
 } // namespace KOVA::Quorvex

@@ -1,10 +1,7 @@
 #include <Quorvex/frame/Recording.h>
 
-#include <new>
 #include <system_error>
 #include <utility>
-
-#include <Quorvex/frame/Bitmap.h>
 
 namespace KOVA::Quorvex {
 
@@ -17,8 +14,7 @@ constexpr std::size_t MAX_WAITING = 3;
 
 } // namespace
 
-Recording::Recording(unsigned int width, unsigned int height)
-    : m_pixels(std::size_t{width} * height), m_width(width), m_height(height) {}
+Recording::Recording(unsigned int width, unsigned int height) : m_width(width), m_height(height) {}
 
 std::shared_ptr<Recording> Recording::Open(const char* path, unsigned int width, unsigned int height, HWND window,
                                            std::shared_ptr<const platform::CodecOptions>& options) {
@@ -42,7 +38,6 @@ bool Recording::Prepare(const char* path, HWND window, std::shared_ptr<const pla
     if (options == nullptr) {
         options = m_file->ChooseCodec(window);
     }
-    m_bgr.resize(m_pixels * 3);
     return options != nullptr && m_file->Start(*options);
 }
 
@@ -72,7 +67,7 @@ bool Recording::Add(std::unique_ptr<unsigned char[]> rgba) {
     std::unique_lock lock(m_mutex);
     if (!m_writer.joinable()) {
         if (m_result == VideoResult::Written && m_file != nullptr) {
-            m_result = WritePicture(rgba.get());
+            m_result = m_file->Write(rgba.get());
         }
         return m_result == VideoResult::Written && m_file != nullptr;
     }
@@ -101,21 +96,12 @@ void Recording::WriteWaiting() noexcept {
         }
         lock.unlock();
         m_changed.notify_all(); // there is room again
-        const VideoResult result = WritePicture(picture.get());
+        const VideoResult result = m_file->Write(picture.get());
         lock.lock();
         if (result != VideoResult::Written) {
             m_result = result;
             m_changed.notify_all();
         }
-    }
-}
-
-VideoResult Recording::WritePicture(const unsigned char* rgba) noexcept {
-    try {
-        ConvertToBgr(rgba, m_pixels, m_bgr.data());
-        return m_file->Write(m_bgr.data());
-    } catch (const std::bad_alloc&) {
-        return VideoResult::Failed;
     }
 }
 

@@ -6,7 +6,6 @@
 #include <memory>
 #include <mutex>
 #include <thread>
-#include <vector>
 
 #include <Quorvex/core/OutputPlace.h>
 #include <Quorvex/platform/Video.h>
@@ -46,14 +45,11 @@ private:
     void StartWriter();
     void StopWriter();
     void WriteWaiting() noexcept;
-    platform::VideoResult WritePicture(const unsigned char* rgba) noexcept;
 
-    std::size_t m_pixels;
     unsigned int m_width;
     unsigned int m_height;
     OutputPlace m_place;
     std::unique_ptr<platform::VideoFile> m_file; // null when it is closed
-    std::vector<unsigned char> m_bgr;            // of the picture that is being written
     bool m_finished = false;                     // what Finish tells
 
     std::thread m_writer; // none when the system has no more: pictures are then written as they come

@@ -67,8 +67,8 @@ public:
     // Ends the preparations. False when there is no such codec or it does not take pictures of this size.
     virtual bool Start(const CodecOptions& options) = 0;
 
-    // The next picture: 3 bytes (B, G, R) a pixel, bottom row first, no padding.
-    virtual VideoResult Write(const unsigned char* bgr) = 0;
+    // The next picture: 4 bytes (R, G, B, A) a pixel, bottom row first; the alpha is dropped. Throws nothing.
+    virtual VideoResult Write(const unsigned char* rgba) noexcept = 0;
 
     // Writes what is left and closes the file. False when the file is not whole.
     virtual bool Close() = 0;

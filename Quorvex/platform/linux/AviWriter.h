@@ -17,7 +17,7 @@ public:
     AviWriter& operator=(const AviWriter&) = delete;
     virtual ~AviWriter() = default;
 
-    virtual VideoResult Write(const unsigned char* bgr) = 0; // as VideoFile's
+    virtual VideoResult Write(const unsigned char* rgba) = 0; // as VideoFile's, but may throw
 
     // Writes what belongs to the end. False when the file is not whole; it still has to be closed.
     virtual bool Finish() = 0;

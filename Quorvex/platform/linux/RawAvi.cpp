@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include <Quorvex/core/PixelOrder.h>
+
 namespace KOVA::Quorvex::platform {
 
 namespace {
@@ -64,7 +66,7 @@ RawAvi::RawAvi(SeekableFile& file, unsigned int width, unsigned int height, std:
       m_segmentFrames(static_cast<std::uint32_t>(
           std::clamp<std::uint64_t>(segmentBytes / (m_frameBytes + CHUNK_HEADER), 1, SEGMENT_FRAMES))) {}
 
-VideoResult RawAvi::Write(const unsigned char* bgr) {
+VideoResult RawAvi::Write(const unsigned char* rgba) {
     if (m_segments.empty() || m_segments.back().frames == m_segmentFrames) {
         if (m_segments.size() == MAX_SEGMENTS) {
             return VideoResult::Full;
@@ -77,7 +79,9 @@ VideoResult RawAvi::Write(const unsigned char* bgr) {
     Bytes header;
     header.Put32(FRAME_CHUNK);
     header.Put32(m_frameBytes);
-    m_good = m_good && header.WriteTo(m_file) && m_file.Write(bgr, m_frameBytes);
+    m_picture.resize(m_frameBytes);
+    ConvertToBgr(rgba, m_picture.size() / 3, m_picture.data());
+    m_good = m_good && header.WriteTo(m_file) && m_file.Write(m_picture.data(), m_picture.size());
     ++m_segments.back().frames;
     ++m_frames;
     return m_good ? VideoResult::Written : VideoResult::Failed;

@@ -20,7 +20,7 @@ public:
     // The file is empty, open and outlives this. A segment has one picture at least, whatever its size should be.
     RawAvi(SeekableFile& file, unsigned int width, unsigned int height, std::uint64_t segmentBytes = SEGMENT_BYTES);
 
-    VideoResult Write(const unsigned char* bgr) override;
+    VideoResult Write(const unsigned char* rgba) override;
     bool Finish() override;
 
 private:
@@ -44,6 +44,7 @@ private:
     std::uint32_t m_frameBytes;
     std::uint32_t m_segmentFrames;
     std::uint32_t m_frames = 0;
+    std::vector<unsigned char> m_picture; // as it is written
     std::vector<Segment> m_segments;
     bool m_good = true;
 };

@@ -2,6 +2,8 @@
 
 #include <Quorvex/platform/Video.h>
 
+#include <new>
+
 #include <Quorvex/platform/NativeWindow.h>
 #include <Quorvex/platform/linux/AviWriter.h>
 #include <Quorvex/platform/linux/RawAvi.h>
@@ -43,8 +45,12 @@ public:
         return m_writer != nullptr;
     }
 
-    VideoResult Write(const unsigned char* bgr) override {
-        return m_writer != nullptr ? m_writer->Write(bgr) : VideoResult::Failed;
+    VideoResult Write(const unsigned char* rgba) noexcept override {
+        try {
+            return m_writer != nullptr ? m_writer->Write(rgba) : VideoResult::Failed;
+        } catch (const std::bad_alloc&) {
+            return VideoResult::Failed;
+        }
     }
 
     bool Close() override {

@@ -17,24 +17,30 @@ constexpr unsigned int WIDTH = 16;
 constexpr unsigned int HEIGHT = 8;
 constexpr std::size_t FRAME_BYTES = std::size_t{3} * WIDTH * HEIGHT;
 
-std::vector<unsigned char> Picture(std::size_t number) {
-    std::vector<unsigned char> bytes(FRAME_BYTES);
+// With channels (4: red first and alpha; 3: as files have them, blue first) a pixel.
+std::vector<unsigned char> Picture(std::size_t number, std::size_t channels) {
+    std::vector<unsigned char> bytes(FRAME_BYTES / 3 * channels, 99);
     for (std::size_t i = 0; i < bytes.size(); ++i) {
-        bytes[i] = static_cast<unsigned char>(number * 31 + i * 7);
+        const std::size_t channel = i % channels;
+        if (channel < 3) {
+            bytes[i] = static_cast<unsigned char>(number * 31 + i / channels * 7 +
+                                                  (channels == 4 ? channel : 2 - channel) * 50);
+        }
     }
     return bytes;
 }
 
 class RawAviTest : public testing::Test {
 protected:
-    RawAviTest() : m_path(std::filesystem::path(testing::TempDir()) / ("raw-" + std::to_string(std::rand()) + ".avi")) {}
+    RawAviTest()
+        : m_path(std::filesystem::path(testing::TempDir()) / ("raw-" + std::to_string(std::rand()) + ".avi")) {}
     ~RawAviTest() override { std::filesystem::remove(m_path); }
 
     void Record(std::size_t frames, std::uint64_t segmentBytes) {
         SeekableFile file(m_path);
         RawAvi writer(file, WIDTH, HEIGHT, segmentBytes);
         for (std::size_t i = 0; i < frames; ++i) {
-            ASSERT_EQ(writer.Write(Picture(i).data()), VideoResult::Written);
+            ASSERT_EQ(writer.Write(Picture(i, 4).data()), VideoResult::Written);
         }
         ASSERT_TRUE(writer.Finish());
         ASSERT_TRUE(file.Close());
@@ -53,8 +59,9 @@ protected:
 
     // The picture that an index entry points to, a hash of nothing but its bytes.
     void ExpectPicture(std::size_t place, std::size_t number) const {
-        const std::vector<unsigned char> wanted = Picture(number);
-        EXPECT_EQ(m_bytes.substr(place, FRAME_BYTES), std::string(wanted.begin(), wanted.end())) << "picture " << number;
+        const std::vector<unsigned char> wanted = Picture(number, 3);
+        EXPECT_EQ(m_bytes.substr(place, FRAME_BYTES), std::string(wanted.begin(), wanted.end()))
+            << "picture " << number;
     }
 
     std::filesystem::path m_path;
@@ -108,7 +115,8 @@ TEST_F(RawAviTest, OtherProgramsReadAllSegments) {
     }
     Record(50, 7 * (FRAME_BYTES + 8));
     const std::string raw = m_path.string() + ".raw";
-    const std::string command = "ffmpeg -v error -i '" + m_path.string() + "' -vf vflip -f rawvideo -pix_fmt bgr24 -y '";
+    const std::string command =
+        "ffmpeg -v error -i '" + m_path.string() + "' -vf vflip -f rawvideo -pix_fmt bgr24 -y '";
     ASSERT_EQ(std::system((command + raw + "'").c_str()), 0);
     std::ifstream read(raw, std::ios::binary);
     m_bytes.assign(std::istreambuf_iterator<char>(read), {});

@@ -49,13 +49,13 @@ public:
 
     bool Start(SeekableFile& file, std::uint32_t handler) { return MakeFrame() && MakeStream(file, handler); }
 
-    VideoResult Write(const unsigned char* bgr) override {
+    VideoResult Write(const unsigned char* rgba) override {
         if (m_ffmpeg.av_frame_make_writable(m_frame.get()) < 0) { // the encoder may still hold the picture before
             return VideoResult::Failed;
         }
-        const int rowBytes = m_codec->width * 3;
+        const int rowBytes = m_codec->width * 4;
         const auto lastRow = static_cast<std::ptrdiff_t>(rowBytes) * (m_codec->height - 1);
-        const std::uint8_t* const rows[] = {bgr + lastRow}; // from the top
+        const std::uint8_t* const rows[] = {rgba + lastRow}; // from the top
         const int strides[] = {-rowBytes};
         m_ffmpeg.sws_scale(m_scaler.get(), rows, strides, 0, m_codec->height, m_frame->data, m_frame->linesize);
         m_frame->pts = m_next++;
@@ -85,9 +85,8 @@ private:
         if (m_ffmpeg.av_frame_get_buffer(m_frame.get(), 0) < 0) {
             return false;
         }
-        m_scaler.reset(m_ffmpeg.sws_getContext(m_codec->width, m_codec->height, AV_PIX_FMT_BGR24, m_codec->width,
-                                               m_codec->height, m_codec->pix_fmt, SWS_BILINEAR | SWS_ACCURATE_RND,
-                                               nullptr, nullptr, nullptr));
+        m_scaler.reset(m_ffmpeg.sws_getContext(m_codec->width, m_codec->height, AV_PIX_FMT_RGB0, m_codec->width,
+                                               m_codec->height, m_codec->pix_fmt, SWS_AREA, nullptr, nullptr, nullptr));
         if (m_scaler == nullptr) {
             return false;
         }
