@@ -25,6 +25,7 @@
 #include <Quorvex/overlay/OverlayData.h>
 #include <Quorvex/overlay/Point.h>
 #include <Quorvex/overlay/Text.h>
+#include <Quorvex/platform/AviTypes.h>
 #include <Quorvex/platform/Handles.h>
 #include <Quorvex/scene/ObjectList.h>
 #include <Quorvex/scene/ObjectTypes.h>

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 #include <numbers>
+#include <vector>
 
 #include <Quorvex/view/View.h>
 
@@ -74,18 +75,48 @@ struct Range {
     double Extent() const { return high - low; }
 };
 
-// The box's corners relative to its centre, along the camera's axes.
-std::array<Vec, 8> CornersAlong(const Axes& axes, const Box& box) {
-    const Vec center = box.Center();
+Vec Plus(const Vec& a, const Vec& b, double factor) {
+    return {a[0] + b[0] * factor, a[1] + b[1] * factor, a[2] + b[2] * factor};
+}
+
+std::array<Vec, 8> CornersOf(const Box& box) {
     std::array<Vec, 8> corners;
     for (unsigned int i = 0; i < 8; ++i) {
-        Vec p;
         for (unsigned int axis = 0; axis < 3; ++axis) {
-            p[axis] = (((i >> axis) & 1U) != 0 ? box.high[axis] : box.low[axis]) - center[axis];
+            corners[i][axis] = ((i >> axis) & 1U) != 0 ? box.high[axis] : box.low[axis];
         }
-        corners[i] = {Dot(p, axes.right), Dot(p, axes.up), Dot(p, axes.back)};
     }
     return corners;
+}
+
+// The corners of polygons around the circles on which a point turns: nothing of the circle is outside.
+void AddTurned(const Vec& point, const Vec& axis, std::vector<Vec>& points) {
+    constexpr int sides = 72;
+    const double outside = 1.0 / std::cos(std::numbers::pi / sides);
+    const Vec foot = Plus({0, 0, 0}, axis, Dot(point, axis));
+    const Vec arm = Plus(point, foot, -1.0);
+    const Vec across = Cross(axis, arm);
+    for (int i = 0; i < sides; ++i) {
+        const double angle = 2.0 * std::numbers::pi * i / sides;
+        points.push_back(Plus(Plus(foot, arm, outside * std::cos(angle)), across, outside * std::sin(angle)));
+    }
+}
+
+// What has to be seen, relative to what the camera looks at and along its axes.
+std::vector<Vec> PointsAlong(const Axes& axes, const Box& box, const Vec& center, const Shot& shot) {
+    std::vector<Vec> points;
+    for (const Vec& corner : CornersOf(box)) {
+        if (shot.turnAxis) {
+            AddTurned(corner, *shot.turnAxis, points);
+        } else {
+            points.push_back(corner);
+        }
+    }
+    for (Vec& point : points) {
+        const Vec p = Plus(point, center, -1.0);
+        point = {Dot(p, axes.right), Dot(p, axes.up), Dot(p, axes.back)};
+    }
+    return points;
 }
 
 // Where the eye has to be along one direction of the picture: the sideways shift that makes both sides touch, and the
@@ -95,7 +126,7 @@ struct Placement {
     double shift, distance;
 };
 
-Placement Place(const std::array<Vec, 8>& corners, std::size_t direction, double slope) {
+Placement Place(const std::vector<Vec>& corners, std::size_t direction, double slope) {
     Range plus;
     Range minus;
     for (const Vec& c : corners) {
@@ -166,7 +197,11 @@ Box Box::Enlarged(double fraction) const {
 
 Camera FitCamera(const Box& box, const Shot& shot) {
     const Axes axes = AxesOf(shot.side);
-    const std::array<Vec, 8> corners = CornersAlong(axes, box);
+    Vec center = box.Center();
+    if (shot.turnAxis) {
+        center = Plus({0, 0, 0}, *shot.turnAxis, Dot(center, *shot.turnAxis));
+    }
+    const std::vector<Vec> corners = PointsAlong(axes, box, center, shot);
     const double radius = box.Radius() > 0.0 ? box.Radius() : 1.0;
 
     Range depth;
@@ -195,7 +230,7 @@ Camera FitCamera(const Box& box, const Shot& shot) {
         camera.halfExtent = c_margin * (need > 0.0 ? need : radius);
     }
 
-    const Vec target = Along(box.Center(), axes, shift);
+    const Vec target = Along(center, axes, shift);
     camera.target = ToFloat(target);
     camera.eye = ToFloat(Along(target, axes, {0, 0, distance}));
     camera.up = ToFloat(axes.up);
@@ -206,6 +241,10 @@ Camera FitCamera(const Box& box, const Shot& shot) {
     camera.nearPlane = std::max(nearest - gap, nearest / 2);
     camera.farPlane = distance - depth.low + gap;
     return camera;
+}
+
+Vector3f TowardsViewer(const View& view) {
+    return view.IsLeftHand() ? -view.getZVector() : view.getZVector();
 }
 
 void Load(const Camera& camera, View& view) {

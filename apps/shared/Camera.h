@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <string_view>
 
 #include <Quorvex/core/Vectors.h>
@@ -42,6 +43,9 @@ struct Shot {
     Projection projection = Projection::Perspective;
     double fovDegrees = 30.0; // opening angle across the width of the picture; perspective only
     double aspect = 1.0;      // width / height of the picture
+    // The box turns about this axis through the origin (of length 1), and all of it stays in the picture: the camera
+    // looks at the axis, and takes the body that the box sweeps for the box.
+    std::optional<std::array<double, 3>> turnAxis = std::nullopt;
 };
 
 struct Camera {
@@ -61,6 +65,9 @@ constexpr double c_margin = 1.05;
 // decides exactly and on both sides; in the other direction there is room left on both sides. A box without any extent
 // is seen from some distance.
 Camera FitCamera(const Box& box, const Shot& shot);
+
+// The direction in the world from the middle of the picture to the viewer, for views of both kinds.
+Vector3f TowardsViewer(const View& view);
 
 // Makes the view right-handed and loads the camera into it.
 void Load(const Camera& camera, View& view);

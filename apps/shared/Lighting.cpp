@@ -5,6 +5,8 @@
 #include <Quorvex/mesh/MeshData.h>
 #include <Quorvex/view/View.h>
 
+#include "Camera.h"
+
 namespace KOVA::Quorvex::apps {
 
 namespace {
@@ -59,7 +61,7 @@ void OrientNormals(MeshData& data) {
 
 void LightLines(MeshData& data, const View& view) {
     constexpr float turn = 1.0F; // edges that are seen end-on get about two thirds of the light
-    const Vector3f towardsViewer = view.getZVector();
+    const Vector3f towardsViewer = TowardsViewer(view);
     const Vector3f eye = view.getPosition();
     const bool perspective = view.IsProjectionPerspective();
     ForEachCorner(data, [&](Vector3f normal, const Vector3f& outside, const Vector3f& corner) {

@@ -32,7 +32,7 @@ TEST(UsageTest, WrongUsageIsTwoAndOneLine) {
     const std::string stl = WriteBinary(folder.Path("a.stl"), BoxSurface({0, 0, 0}, {1, 1, 1}));
     const std::string png = folder.Path("a.png");
     const std::vector<std::pair<std::vector<std::string>, std::string>> cases{
-        {{}, "info, render, import, histogram, lunker or capabilities"},
+        {{}, "info, render, turntable, import, histogram, lunker, codecs or capabilities"},
         {{"rendre", stl}, "rendre"},
         {{"info"}, "FILE"},
         {{"info", stl, "--xml"}, "--xml"},
