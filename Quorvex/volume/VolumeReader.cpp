@@ -159,9 +159,10 @@ float RangeOf(const RekHeader& header) {
 
 } // namespace
 
-Volume VolumeReader::ReadREK(const char* path) {
+Volume VolumeReader::ReadREK(const char* path, ReadProgress* progress) {
     platform::InputFile file;
     Open(file, path);
+    file.Report(progress);
     const RekHeader header = ReadHeader(file);
     if (header.SampleBytes() == 0) {
         platform::ShowWarning(c_caption, "Volume must be of type unsigned 8-bit, unsigned 16-bit or float!");
@@ -176,7 +177,7 @@ Volume VolumeReader::ReadREK(const char* path) {
         std::make_unique<VolumeData>(static_cast<std::size_t>(header.width), static_cast<std::size_t>(header.height),
                                      static_cast<std::size_t>(header.depth));
     if (bodyBytes > 0 && !Body(file, header, range, data->getDataPtr()).Read()) {
-        Fail(ReadFailure(header));
+        Fail(progress != nullptr && progress->IsCancelled() ? "cancelled" : ReadFailure(header));
     }
     Volume volume(*data);
     (void)data.release(); // the volume and its copies delete it now
