@@ -45,6 +45,11 @@ void EventBridge::Serve() {
     m_serving = true;
     m_notifier.setEnabled(false);
     RenderFrame* const next = Quorvex::s_jobFast.empty() ? nullptr : Quorvex::s_jobFast.front();
+    if (next != nullptr) {
+        emit AboutToDraw(next, false);
+    } else if (!Quorvex::s_jobQuality.empty()) {
+        emit AboutToDraw(Quorvex::s_jobQuality.front(), true);
+    }
     ProcessEvents();
     m_notifier.setEnabled(true);
     m_serving = false;

@@ -29,6 +29,9 @@ public:
     void WhenIdle(std::function<void()> task);
 
 signals:
+    // The next tick may draw a pass of the frame: its settings can be made to suit.
+    void AboutToDraw(KOVA::Quorvex::RenderFrame* frame, bool quality);
+
     // A fast pass of the frame was drawn and shown.
     void FastPassDrawn(KOVA::Quorvex::RenderFrame* frame);
 

@@ -29,13 +29,22 @@ FrameGrid::FrameGrid(EventBridge& bridge, SceneModel& scene, QWidget* parent)
         TakeBox();
         FitAll();
     });
-    connect(&m_bridge, &EventBridge::FastPassDrawn, this, [this](RenderFrame* frame) {
-        for (const Cell& cell : m_frames) {
-            if (&cell.widget->Frame() == frame) {
-                cell.widget->AdaptFastPass();
-            }
+    connect(&m_bridge, &EventBridge::AboutToDraw, this, [this](RenderFrame* frame, bool quality) {
+        if (FrameWidget* const widget = Find(frame)) {
+            widget->PreparePass(quality);
         }
     });
+    connect(&m_bridge, &EventBridge::FastPassDrawn, this, [this](RenderFrame* frame) {
+        if (FrameWidget* const widget = Find(frame)) {
+            widget->AdaptFastPass();
+        }
+    });
+}
+
+FrameWidget* FrameGrid::Find(const RenderFrame* frame) const {
+    const auto found =
+        std::find_if(m_frames.begin(), m_frames.end(), [frame](const Cell& cell) { return &cell.widget->Frame() == frame; });
+    return found != m_frames.end() ? found->widget : nullptr;
 }
 
 FrameGrid::~FrameGrid() {

@@ -63,6 +63,7 @@ private:
         std::unique_ptr<MeasurementMarks> marks;
     };
 
+    FrameWidget* Find(const RenderFrame* frame) const;
     void Arrange(int count);
     void AddFrame();
     void RemoveLastFrame();

@@ -36,6 +36,7 @@ FrameWidget::FrameWidget(QWidget* parent) : QWidget(parent) {
     setAttribute(Qt::WA_NoSystemBackground);
     setFocusPolicy(Qt::StrongFocus);
     setMinimumSize(80, 60);
+    setCursor(Qt::ArrowCursor);
     m_frame.SetLight({0.0F, 0.0F, 1.0F}); // from the viewer, in right-handed views
     m_frame.SetFastPassSampleDivisor(c_firstGuess);
     AttachFrame();
@@ -46,8 +47,9 @@ FrameWidget::~FrameWidget() {
 }
 
 void FrameWidget::AttachFrame() {
+    const WId id = winId(); // making it is an event that comes here
     if (m_window == nullptr) {
-        m_window = Attach(winId());
+        m_window = Attach(id);
         m_frame.Init(m_window, &m_rig.GetView());
     }
 }
@@ -62,6 +64,12 @@ void FrameWidget::DetachFrame() {
 
 void FrameWidget::Refresh() {
     m_frame.Render();
+}
+
+void FrameWidget::PreparePass(bool quality) {
+    // Surfaces of volumes are smooth by themselves, and what they cost goes with the pixels.
+    const float full = m_frame.HoldsVolumes() ? 1.0F : 2.0F;
+    m_frame.SetAntiAliasing(quality ? full : full / 2.0F);
 }
 
 void FrameWidget::AdaptFastPass() {

@@ -29,7 +29,9 @@ public:
     // Asks for a new picture.
     void Refresh();
 
-    // Fast passes get as many slices of volumes as they have time for; see EventBridge::FastPassDrawn.
+    // Quality passes are drawn with more pixels than fast ones, and fast ones with as many slices of volumes as they
+    // have time for: see EventBridge::AboutToDraw and FastPassDrawn.
+    void PreparePass(bool quality);
     void AdaptFastPass();
 
     QPaintEngine* paintEngine() const override { return nullptr; }

@@ -88,6 +88,9 @@ TransferCurve TransferCurve::FromTable(const TransferTable& table) {
     if (points.size() > 2 && same(points[points.size() - 1], points[points.size() - 2])) {
         points.pop_back();
     }
+    if (points.size() > 2 && same(points[0], points[1])) {
+        points.erase(points.begin());
+    }
     return TransferCurve(std::move(points));
 }
 

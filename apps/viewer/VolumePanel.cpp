@@ -100,7 +100,9 @@ QWidget* VolumePanel::MakeLook() {
     auto* const presets = new QHBoxLayout;
     presets->addWidget(m_preset, 1);
     presets->addWidget(load);
-    form->addRow(tr("&Preset"), presets);
+    auto* const label = new QLabel(tr("&Preset"));
+    label->setBuddy(m_preset);
+    form->addRow(label, presets);
 
     for (const Mode& mode : c_modes) {
         const bool sums = mode.mode == VolumeAttribute::Shaded || mode.mode == VolumeAttribute::Unshaded;
