@@ -2,6 +2,9 @@
 
 // The whole public interface. Hosts that hand native windows to the library include platform/NativeWindow.h as well.
 
+#include <Quorvex/analysis/Histogram.h>
+#include <Quorvex/analysis/Lunkers.h>
+#include <Quorvex/analysis/VolumeHistogram.h>
 #include <Quorvex/core/Colors.h>
 #include <Quorvex/core/Export.h>
 #include <Quorvex/core/Extensions.h>

@@ -64,11 +64,11 @@ unsigned int ParallelThreads() {
     return std::clamp(std::thread::hardware_concurrency(), 1U, limit);
 }
 
-void ParallelFor(std::size_t count, const std::function<void(std::size_t)>& body) {
+void ParallelFor(std::size_t count, const std::function<void(std::size_t)>& body, unsigned int threads) {
     Loop loop(count, body);
     std::vector<std::thread> helpers;
-    if (count > 1) {
-        StartHelpers(helpers, std::min<std::size_t>(count, ParallelThreads()) - 1, loop);
+    if (count > 1 && threads > 1) {
+        StartHelpers(helpers, std::min<std::size_t>(count, threads) - 1, loop);
     }
     loop.Work();
     for (std::thread& helper : helpers) {

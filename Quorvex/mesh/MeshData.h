@@ -70,6 +70,7 @@ public:
     Vector3f* GetNormalArray() { return m_normalArray; }
     const Vector3f* GetNormalArray() const { return m_normalArray; }
     const float* GetColorArray() const { return m_colorArray; }
+    unsigned int* GetIndexArray() { return m_indexArray; }
     const unsigned int* GetIndexArray() const { return m_indexArray; }
 
     // Colours act only when the array exists with as many components as the argument has.

@@ -11,6 +11,7 @@
 
 namespace KOVA::Quorvex {
 
+class Mesh;
 class View;
 
 // Voxels of one byte, and the bricks that they were cut into for drawing.
@@ -130,6 +131,19 @@ public:
     // that follows along every axis. Points up to one voxel below the box give 0. What no int can hold gives the
     // nearest int that there is, NaN gives 0.
     Vector3i WorldToVoxel(const Vector3f& p) const;
+
+    // The lunkers, voids that an analysis marked with voxels of 255, as surfaces: a new mesh with the triangles of one
+    // group of such voxels after the other (Lunkers.h tells of the groups as well). A group hangs together by faces,
+    // edges or corners, and all other voxels are its background, whatever their value. Surfaces pass half-way between
+    // the voxels, closed but for the volume's border, where they stay open; triangles are counter-clockwise as seen
+    // from the background, so that normals point away from the voxels. Coordinates are those of the voxels: voxel
+    // (x, y, z) has its centre at (x, y, z). Corners are not shared: triangle k is vertices and indices 3k, 3k + 1,
+    // 3k + 2, and order and values depend on the voxels alone. Without lunkers the mesh is empty.
+    //
+    // Any thread may call it while nobody writes to the voxels; it uses all cores. Throws the text (const char*)
+    // "KOVA::Quorvex::Volume_Data::TriangulizeLunker" unless the store is a single block, std::overflow_error when a
+    // dimension exceeds 32 bits, and std::bad_alloc, also when a mesh cannot count the vertices.
+    Mesh TriangulateLunker() const;
 
     // Looks up the entry point for 3D textures; false when the driver has none. Needs a current context.
     static bool InitExtensions();

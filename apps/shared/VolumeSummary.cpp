@@ -2,28 +2,13 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <numeric>
 
-#include <Quorvex/volume/VolumeData.h>
+#include <Quorvex/analysis/VolumeHistogram.h>
 
 namespace KOVA::Quorvex::apps {
 
 namespace {
-
-void Count(const VolumeData& data, VolumeSummary& summary) {
-    // Equal neighbours would wait for each other's count: four tables take turns.
-    std::array<std::array<std::uint64_t, 256>, 4> tables{};
-    const std::size_t slice = data.getDimX() * data.getDimY();
-    for (std::size_t z = 0; z < data.getDimZ(); ++z) {
-        const unsigned char* const voxels = data.Slice(z);
-        for (std::size_t i = 0; i < slice; ++i) {
-            ++tables[i % 4][voxels[i]];
-        }
-    }
-    for (std::size_t level = 0; level < 256; ++level) {
-        summary.histogram[level] = tables[0][level] + tables[1][level] + tables[2][level] + tables[3][level];
-    }
-    summary.voxels = std::uint64_t{slice} * data.getDimZ();
-}
 
 int MostFrequent(const VolumeSummary& summary, int first, int last) {
     const std::uint64_t* const levels = summary.histogram.data();
@@ -61,7 +46,8 @@ VolumeSummary::Parts Part(const VolumeSummary& summary) {
 
 VolumeSummary Summarize(const VolumeData& data) {
     VolumeSummary summary;
-    Count(data, summary);
+    summary.histogram = CountIntensities(data);
+    summary.voxels = std::accumulate(summary.histogram.begin(), summary.histogram.end(), std::uint64_t{0});
     if (summary.voxels == 0) {
         return summary;
     }

@@ -20,6 +20,7 @@ LAYERS = [
                            "core/OpenGL.h", "core/Shader.*"]),
     ("scene base", ["scene/RenderObject*", "scene/Storage.h"]),
     ("mesh, volume and overlay", ["mesh/*", "volume/*", "overlay/*"]),
+    ("analysis", ["analysis/*"]),
     ("scene container", ["scene/ObjectTypes.*", "scene/ObjectList.h"]),
     ("frame", ["frame/*"]),
     ("facade", ["core/Facade.cpp", "core/Scheduler.*"]),
