@@ -35,8 +35,6 @@ private:
 
 } // namespace
 
-// The interface takes the path by value.
-// NOLINTNEXTLINE(performance-unnecessary-value-param)
 bool RenderFrame::RenderToBitmap(std::string path, unsigned int width, unsigned int height) {
     if (width % 4 != 0) {
         return false;

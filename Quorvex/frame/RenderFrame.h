@@ -95,6 +95,10 @@ public:
     bool Progress(float fraction);
     bool ProgressObject();
 
+    // What Progress would answer, without letting input through: whether a redraw was requested since the pass began,
+    // or the frame was aborted.
+    bool IsStopRequested() const;
+
     // The frame is never drawn again by the scheduler.
     void AbortRendering() { m_abort = true; }
     bool IsAborted() const { return m_abort; }
@@ -232,7 +236,6 @@ private:
     static Size EyeSize(StereoMode mode, Size internal);
     void ComposeAnaglyph(const FrameBuffer& left, const FrameBuffer& right);
     static void ComposeInterleaved(StereoMode mode, const FrameBuffer& left, const FrameBuffer& right);
-    bool IsStopRequested() const;
     void ShowProgressLine(double now);
     bool LetInputThrough();
     void DrawLastPicture() const;
@@ -283,6 +286,7 @@ private:
     int m_progressLine = 0;                                 // pixels shown of it
     double m_nextLine = 0.0;                                // counter from which it is due again
     double m_nextPoll = 0.0;                                // counter from which messages are looked for
+    const RenderFrame* m_waitingRequest = nullptr;          // the last one that waited when the pass began
     std::shared_ptr<const unsigned int> m_grayScaleProgram; // program object, made at first use, shared by copies
     double m_counterFrequency;
     double m_passDuration = 0.0;

@@ -73,8 +73,10 @@ bool RenderFrame::Progress(float fraction) {
     return stop;
 }
 
+// What was waiting when a pass began goes on waiting: a host that asks for a redraw and then for a capture gets both.
 bool RenderFrame::IsStopRequested() const {
-    return Quorvex::BreakRendering() || m_abort;
+    const bool newRequest = Quorvex::BreakRendering() && !(m_busy && Quorvex::s_jobFast.back() == m_waitingRequest);
+    return newRequest || m_abort;
 }
 
 // A step that can be seen is shown at once, smaller ones a few at a time: each costs a message to the window system.
