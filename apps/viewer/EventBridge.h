@@ -27,6 +27,7 @@ public:
     // runs as soon as the event loop is reached and no pass is under way; one that is ends at once, and is made again.
     // While the task runs no other event is handled, not even inside passes that it draws.
     void WhenIdle(std::function<void()> task);
+    bool HasTasks() const { return m_inTask || !m_tasks.empty(); }
 
 signals:
     // The next tick may draw a pass of the frame: its settings can be made to suit.

@@ -121,7 +121,9 @@ std::size_t TransferCurve::Insert(double intensity) {
     const ColorRGBA color = At(at);
     const auto after = std::find_if(m_points.begin(), m_points.end(),
                                     [at](const Point& point) { return point.intensity > at; });
-    return static_cast<std::size_t>(m_points.insert(after, {at, color}) - m_points.begin());
+    const auto index = static_cast<std::size_t>(after - m_points.begin());
+    m_points.insert(after, {at, color});
+    return index;
 }
 
 void TransferCurve::Remove(std::size_t index) {

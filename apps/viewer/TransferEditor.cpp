@@ -10,6 +10,8 @@
 #include <QPainterPath>
 #include <QToolTip>
 
+#include <Quorvex/analysis/VolumeHistogram.h>
+
 namespace KOVA::Quorvex::viewer {
 
 namespace {
@@ -44,12 +46,13 @@ TransferEditor::TransferEditor(QWidget* parent) : QWidget(parent) {
                                 "removes it, Enter asks for its colour"));
 }
 
-// By logarithm: air is most of a scan.
 void TransferEditor::SetHistogram(const std::array<std::uint64_t, 256>& counts) {
     const double largest = static_cast<double>(*std::max_element(counts.begin(), counts.end()));
     for (std::size_t i = 0; i < counts.size(); ++i) {
+        // By logarithm: air is most of a scan.
         m_bars[i] = largest > 0.0 ? std::log1p(static_cast<double>(counts[i])) / std::log1p(largest) : 0.0;
     }
+    HistogramOf(counts).binarize(&m_peaks[0], &m_peaks[1]);
     update();
 }
 
@@ -123,6 +126,13 @@ void TransferEditor::PaintHistogram(QPainter& painter) const {
                          color);
     }
     painter.restore();
+    painter.setPen(QPen(palette().mid().color(), 1.0, Qt::DashLine));
+    for (const int peak : m_peaks) {
+        if (peak >= 0) {
+            const double x = plot.left() + plot.width() * peak / c_last;
+            painter.drawLine(QPointF(x, plot.top()), QPointF(x, plot.bottom()));
+        }
+    }
 }
 
 void TransferEditor::PaintCurve(QPainter& painter) const {
