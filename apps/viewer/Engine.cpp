@@ -22,6 +22,11 @@ HWND Attach(WId window) {
 }
 
 Engine::Engine() {
+    SetWarningHandler(
+        [](const char* /*caption*/, const char* text, void* self) {
+            emit static_cast<Engine*>(self)->Warned(QString::fromUtf8(text));
+        },
+        this);
     m_window.create();
     m_handle = Attach(m_window.winId());
     if (m_handle == nullptr || !Quorvex::Init(m_handle)) {
@@ -34,6 +39,7 @@ Engine::~Engine() {
     m_bridge.reset();
     Quorvex::Release();
     ReleaseWindow(m_handle);
+    SetWarningHandler(nullptr, nullptr);
 }
 
 } // namespace KOVA::Quorvex::viewer

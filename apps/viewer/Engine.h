@@ -16,14 +16,19 @@ HWND Attach(WId window);
 
 // The library, started for as long as this lives, on a window of its own that is never shown: so windows with frames
 // may come and go. One at a time; frames and scenes go before it. Throws Failure when there is no OpenGL.
-class Engine {
+class Engine : public QObject {
+    Q_OBJECT
+
 public:
     Engine();
     Engine(const Engine&) = delete;
     Engine& operator=(const Engine&) = delete;
-    ~Engine();
+    ~Engine() override;
 
     EventBridge& Bridge() { return *m_bridge; }
+
+signals:
+    void Warned(const QString& text); // by the library, on whatever thread it was at work
 
 private:
     QWindow m_window;

@@ -22,9 +22,9 @@ constexpr int c_keyTurn = 24;      // pixels of a drag
 
 // A fast pass may take this long. The divisor of samples follows the time that passes take.
 constexpr double c_fastSeconds = 0.05;
+constexpr float c_firstGuess = 100.0F;
 constexpr float c_mostSamples = 2.0F; // divisors
-constexpr float c_fewestSamples = 100.0F;
-constexpr float c_firstGuess = 25.0F;
+constexpr float c_fewestSamples = 400.0F;
 
 } // namespace
 

@@ -13,6 +13,8 @@
 #include <QPushButton>
 #include <QStatusBar>
 
+#include <Quorvex/core/Facade.h>
+
 #include "Engine.h"
 #include "FrameGrid.h"
 #include "Loader.h"
@@ -47,6 +49,7 @@ MainWindow::MainWindow(Engine& engine)
     MakeMeasureMenu();
     MakeHelpMenu();
 
+    connect(&m_engine, &Engine::Warned, statusBar(), [this](const QString& text) { statusBar()->showMessage(text); });
     connect(m_loader.get(), &Loader::Progress, this, &MainWindow::ShowProgress);
     connect(m_loader.get(), &Loader::Failed, this, &MainWindow::ReportFailure);
     connect(m_loader.get(), &Loader::Finished, this, &MainWindow::LoadingFinished);
@@ -120,7 +123,10 @@ void MainWindow::TakePart(std::unique_ptr<ScenePart> part) {
     const auto held = std::make_shared<std::unique_ptr<ScenePart>>(std::move(part));
     m_engine.Bridge().WhenIdle([this, held] {
         m_settings.Remember(QString::fromLocal8Bit((*held)->GetPath()));
-        m_scene->Add(std::move(*held));
+        ScenePart* const added = m_scene->Add(std::move(*held));
+        if (dynamic_cast<VolumePart*>(added) != nullptr && !Quorvex::CheckQXExtension(CAPABILITY_VOLUME)) {
+            ReportFailure({}, tr("This OpenGL driver cannot draw volumes: 3D textures or shaders are missing."));
+        }
         if (m_fitWhenLoaded) {
             m_frames->FitAll();
         }

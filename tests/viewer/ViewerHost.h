@@ -21,6 +21,7 @@ public:
     ViewerHost& operator=(const ViewerHost&) = delete;
     ~ViewerHost();
 
+    EventBridge& Bridge() { return m_engine->Bridge(); }
     MainWindow& Window() { return *m_window; }
     FrameWidget& Frame(int index = 0) { return m_window->GetFrames().GetFrame(index); }
     void CloseWindow() { m_window.reset(); }
