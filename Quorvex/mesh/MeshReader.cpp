@@ -74,8 +74,12 @@ Mesh MeshReader::ReadSTLBinary(const char* path) {
     return ReadFile(path, ReadBinary, ReadFailure);
 }
 
-Mesh MeshReader::ReadSTLTolerant(const char* path, ReadProgress* progress) {
-    return ReadFile(path, stl::ReadTolerantTriangles, ReadFailure, progress);
+Mesh MeshReader::ReadSTLTolerant(const char* path) {
+    return ReadFile(path, stl::ReadTolerantTriangles, ReadFailure);
+}
+
+Mesh MeshReader::ReadSTLWatched(const char* path, ReadProgress& progress) {
+    return ReadFile(path, stl::ReadTolerantTriangles, ReadFailure, &progress);
 }
 
 } // namespace KOVA::Quorvex

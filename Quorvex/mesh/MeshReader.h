@@ -44,9 +44,10 @@ public:
     // Facets with fewer than three vertices or with coordinates that are no numbers are left out; normals that are
     // missing, zero or no numbers are computed from the corners. MR_READ_FAILED when there is no STL to be found in it,
     // or none of its facets is of use.
-    //
-    // progress, when there is one, tells other threads how far it has come and lets them end it: MR_CANCELLED then.
-    static Mesh ReadSTLTolerant(const char* path, ReadProgress* progress = nullptr);
+    static Mesh ReadSTLTolerant(const char* path);
+
+    // The same while other threads look how far it has come, and may end it: MR_CANCELLED then.
+    static Mesh ReadSTLWatched(const char* path, ReadProgress& progress);
 
     static MRError GetError() { return s_eError; }
 

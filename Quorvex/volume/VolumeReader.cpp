@@ -157,9 +157,7 @@ float RangeOf(const RekHeader& header) {
     return range;
 }
 
-} // namespace
-
-Volume VolumeReader::ReadREK(const char* path, ReadProgress* progress) {
+Volume ReadFile(const char* path, ReadProgress* progress) {
     platform::InputFile file;
     Open(file, path);
     file.Report(progress);
@@ -182,6 +180,16 @@ Volume VolumeReader::ReadREK(const char* path, ReadProgress* progress) {
     Volume volume(*data);
     (void)data.release(); // the volume and its copies delete it now
     return volume;
+}
+
+} // namespace
+
+Volume VolumeReader::ReadREK(const char* path) {
+    return ReadFile(path, nullptr);
+}
+
+Volume VolumeReader::ReadREKWatched(const char* path, ReadProgress& progress) {
+    return ReadFile(path, &progress);
 }
 
 RekHeader VolumeReader::ReadREKHeader(const char* path) {

@@ -22,10 +22,10 @@ public:
     // The texts all begin with "Quorvex::VolumeReader::ReadREK -> " and go on with "open failed", "Reading of header
     // failed", "Reading of 8-bit volume failed" (16-bit, float; also for negative dimensions) or, after a warning,
     // "Volume must be of type unsigned 8-bit, unsigned 16-bit oder float!". Throws std::bad_alloc as well.
-    //
-    // progress, when there is one, tells other threads how far it has come and lets them end it: the text goes on with
-    // "cancelled" then.
-    static Volume ReadREK(const char* path, ReadProgress* progress = nullptr);
+    static Volume ReadREK(const char* path);
+
+    // The same while other threads look how far it has come, and may end it: the text goes on with "cancelled" then.
+    static Volume ReadREKWatched(const char* path, ReadProgress& progress);
 
     // The header alone, unchecked. Fails as the first two steps of ReadREK do.
     static RekHeader ReadREKHeader(const char* path);

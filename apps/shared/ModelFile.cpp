@@ -50,7 +50,8 @@ std::string ReasonOfReader(const std::string& path, MRError error) {
 
 Mesh ReadModel(const std::string& path, ReadProgress* progress) {
     try {
-        Mesh mesh = MeshReader::ReadSTLTolerant(path.c_str(), progress);
+        Mesh mesh = progress != nullptr ? MeshReader::ReadSTLWatched(path.c_str(), *progress)
+                                        : MeshReader::ReadSTLTolerant(path.c_str());
         if (MeshReader::GetError() == MR_NO_ERROR) {
             return mesh;
         }

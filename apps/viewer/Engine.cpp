@@ -22,11 +22,9 @@ HWND Attach(WId window) {
 }
 
 Engine::Engine() {
-    SetWarningHandler(
-        [](const char* /*caption*/, const char* text, void* self) {
-            emit static_cast<Engine*>(self)->Warned(QString::fromUtf8(text));
-        },
-        this);
+    SetWarningHandler([](const char* /*caption*/, const char* text,
+                         void* self) { emit static_cast<Engine*>(self)->Warned(QString::fromUtf8(text)); },
+                      this);
     m_window.create();
     m_handle = Attach(m_window.winId());
     if (m_handle == nullptr || !Quorvex::Init(m_handle)) {

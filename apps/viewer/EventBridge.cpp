@@ -59,8 +59,8 @@ void EventBridge::Serve() {
     RunTasks();
 }
 
-void EventBridge::WhenIdle(std::function<void()> task) {
-    m_tasks.push_back(std::move(task));
+void EventBridge::WhenIdle(QObject* context, std::function<void()> task) {
+    m_tasks.push_back({context, std::move(task)});
     if (RenderFrame* const busy = FrameOfPass()) {
         busy->Render(); // ends it, and has it made again
     }
@@ -69,11 +69,13 @@ void EventBridge::WhenIdle(std::function<void()> task) {
 
 void EventBridge::RunTasks() {
     while (!m_serving && !m_inTask && !m_tasks.empty() && FrameOfPass() == nullptr) {
-        const std::function<void()> task = std::move(m_tasks.front());
+        const Task task = std::move(m_tasks.front());
         m_tasks.pop_front();
-        m_inTask = true;
-        task();
-        m_inTask = false;
+        if (task.context != nullptr) {
+            m_inTask = true;
+            task.run();
+            m_inTask = false;
+        }
     }
 }
 

@@ -4,6 +4,7 @@
 #include <functional>
 
 #include <QObject>
+#include <QPointer>
 #include <QSocketNotifier>
 
 namespace KOVA::Quorvex {
@@ -23,10 +24,11 @@ public:
     EventBridge& operator=(const EventBridge&) = delete;
     ~EventBridge() override;
 
-    // Any handler of an event may run inside a pass. What must not (what deletes frames, captures, blocks) goes here: it
-    // runs as soon as the event loop is reached and no pass is under way; one that is ends at once, and is made again.
-    // While the task runs no other event is handled, not even inside passes that it draws.
-    void WhenIdle(std::function<void()> task);
+    // Any handler of an event may run inside a pass. What must not (what deletes frames, captures, blocks) goes here:
+    // it runs as soon as the event loop is reached and no pass is under way; one that is ends at once, and is made
+    // again. It is dropped when its context is gone by then. While the task runs no other event is handled, not even
+    // inside passes that it draws.
+    void WhenIdle(QObject* context, std::function<void()> task);
     bool HasTasks() const { return m_inTask || !m_tasks.empty(); }
 
 signals:
@@ -37,12 +39,17 @@ signals:
     void FastPassDrawn(KOVA::Quorvex::RenderFrame* frame);
 
 private:
+    struct Task {
+        QPointer<QObject> context;
+        std::function<void()> run;
+    };
+
     static bool DeliverOneEvent(void* self);
     void Serve();
     void RunTasks();
 
     QSocketNotifier m_notifier;
-    std::deque<std::function<void()>> m_tasks;
+    std::deque<Task> m_tasks;
     bool m_serving = false; // further up the stack
     bool m_inTask = false;
 };

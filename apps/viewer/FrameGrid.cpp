@@ -18,8 +18,8 @@ constexpr int c_gap = 2; // pixels between frames
 } // namespace
 
 FrameGrid::FrameGrid(EventBridge& bridge, SceneModel& scene, QWidget* parent)
-    : QWidget(parent), m_bridge(bridge), m_scene(scene), m_layout(new QGridLayout(this)), m_top(0.16F, 0.20F, 0.30F),
-      m_bottom(0.62F, 0.67F, 0.75F) {
+    : QWidget(parent), m_bridge(bridge), m_scene(scene), m_layout(new QGridLayout(this)),
+      m_background(SuitableBackground(std::nullopt, std::nullopt)) {
     m_layout->setContentsMargins(0, 0, 0, 0);
     m_layout->setSpacing(c_gap);
     Arrange(1);
@@ -42,8 +42,8 @@ FrameGrid::FrameGrid(EventBridge& bridge, SceneModel& scene, QWidget* parent)
 }
 
 FrameWidget* FrameGrid::Find(const RenderFrame* frame) const {
-    const auto found =
-        std::find_if(m_frames.begin(), m_frames.end(), [frame](const Cell& cell) { return &cell.widget->Frame() == frame; });
+    const auto found = std::find_if(m_frames.begin(), m_frames.end(),
+                                    [frame](const Cell& cell) { return &cell.widget->Frame() == frame; });
     return found != m_frames.end() ? found->widget : nullptr;
 }
 
@@ -54,7 +54,7 @@ FrameGrid::~FrameGrid() {
 }
 
 void FrameGrid::SetCount(int count) {
-    m_bridge.WhenIdle([this, count] { Arrange(count); });
+    m_bridge.WhenIdle(this, [this, count] { Arrange(count); });
 }
 
 void FrameGrid::Arrange(int count) {
@@ -76,7 +76,7 @@ void FrameGrid::AddFrame() {
     widget->setAccessibleName(tr("Frame %1").arg(GetCount() + 1));
     widget->setToolTip(tr("Drag to turn, with Shift or the right button to move; turn the wheel to zoom"));
     RenderFrame& frame = widget->Frame();
-    frame.SetBackgroundColor(m_top, m_bottom);
+    frame.SetBackgroundColor(m_background.top, m_background.bottom);
     frame.SetCoordAxesEnabled(m_axes);
     m_scene.AddFrame(frame);
     CameraRig& rig = widget->Rig();
@@ -145,11 +145,10 @@ void FrameGrid::FitAll() {
     ShowMeasurements();
 }
 
-void FrameGrid::SetBackground(const ColorRGBA& top, const ColorRGBA& bottom) {
-    m_top = top;
-    m_bottom = bottom;
+void FrameGrid::SetBackground(const Background& background) {
+    m_background = background;
     for (const Cell& cell : m_frames) {
-        cell.widget->Frame().SetBackgroundColor(top, bottom);
+        cell.widget->Frame().SetBackgroundColor(background.top, background.bottom);
         cell.widget->Refresh();
     }
 }

@@ -5,6 +5,8 @@
 
 #include <QWidget>
 
+#include <shared/Background.h>
+
 #include "FrameWidget.h"
 #include "Measurements.h"
 
@@ -46,7 +48,7 @@ public:
     // For all frames, each in its own direction.
     void FitAll();
 
-    void SetBackground(const ColorRGBA& top, const ColorRGBA& bottom);
+    void SetBackground(const Background& background);
     void ShowAxes(bool show);
 
     Measurements& GetMeasurements() { return m_measurements; }
@@ -79,8 +81,7 @@ private:
     QGridLayout* m_layout;
     bool m_linked = false;
     bool m_axes = true;
-    ColorRGBA m_top;
-    ColorRGBA m_bottom;
+    Background m_background;
 };
 
 } // namespace KOVA::Quorvex::viewer

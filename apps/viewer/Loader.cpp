@@ -91,7 +91,8 @@ void Loader::Work() {
         } catch (const std::exception& error) {
             job->failure = error.what();
         }
-        QMetaObject::invokeMethod(this, [this, job] { Deliver(job); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            this, [this, job] { Deliver(job); }, Qt::QueuedConnection);
     }
 }
 

@@ -15,14 +15,17 @@
 
 #include <Quorvex/core/Facade.h>
 
+#include "Background.h"
 #include "Engine.h"
 #include "FrameGrid.h"
 #include "Loader.h"
+#include "MeshPart.h"
 #include "Picking.h"
 #include "SceneModel.h"
 #include "SceneTree.h"
 #include "Screenshot.h"
 #include "VolumePanel.h"
+#include "VolumePart.h"
 
 namespace KOVA::Quorvex::viewer {
 
@@ -57,7 +60,10 @@ MainWindow::MainWindow(Engine& engine)
     connect(m_frames, &FrameGrid::CurrentChanged, this, &MainWindow::UpdateCameraActions);
     connect(m_tree, &SceneTree::RemovalRequested, this, &MainWindow::RemoveSelected);
     connect(m_tree, &SceneTree::SelectionChanged, this, [this] { m_volumePanel->Show(m_tree->GetSelected()); });
-    connect(m_scene.get(), &SceneModel::BoxChanged, this, &MainWindow::UpdateTitle);
+    connect(m_scene.get(), &SceneModel::BoxChanged, this, [this] {
+        UpdateTitle();
+        ChooseBackground();
+    });
 
     resize(c_firstSize);
     restoreGeometry(m_settings.geometry);
@@ -121,7 +127,7 @@ void MainWindow::ShowProgress(const QString& name, double fraction) {
 
 void MainWindow::TakePart(std::unique_ptr<ScenePart> part) {
     const auto held = std::make_shared<std::unique_ptr<ScenePart>>(std::move(part));
-    m_engine.Bridge().WhenIdle([this, held] {
+    m_engine.Bridge().WhenIdle(this, [this, held] {
         m_settings.Remember(QString::fromLocal8Bit((*held)->GetPath()));
         ScenePart* const added = m_scene->Add(std::move(*held));
         if (dynamic_cast<VolumePart*>(added) != nullptr && !Quorvex::CheckQXExtension(CAPABILITY_VOLUME)) {
@@ -137,15 +143,15 @@ void MainWindow::LoadingFinished() {
     m_progress->hide();
     m_cancel->hide();
     m_message->clear();
-    m_engine.Bridge().WhenIdle([this] { m_fitWhenLoaded = m_loader->IsBusy() && m_fitWhenLoaded; });
+    m_engine.Bridge().WhenIdle(this, [this] { m_fitWhenLoaded = m_loader->IsBusy() && m_fitWhenLoaded; });
     FillRecentMenu();
 }
 
 // Failures of one loading come in one box.
 void MainWindow::ReportFailure(const QString& path, const QString& reason) {
     if (m_failures == nullptr) {
-        m_failures = new QMessageBox(QMessageBox::Warning, tr("Not everything could be opened"), reason,
-                                     QMessageBox::Ok, this);
+        m_failures =
+            new QMessageBox(QMessageBox::Warning, tr("Not everything could be opened"), reason, QMessageBox::Ok, this);
         m_failures->setAttribute(Qt::WA_DeleteOnClose);
         connect(m_failures, &QObject::destroyed, this, [this] { m_failures = nullptr; });
         m_failures->open();
@@ -156,7 +162,7 @@ void MainWindow::ReportFailure(const QString& path, const QString& reason) {
 }
 
 void MainWindow::RemoveSelected() {
-    m_engine.Bridge().WhenIdle([this] {
+    m_engine.Bridge().WhenIdle(this, [this] {
         for (ScenePart* part : m_tree->GetSelected()) {
             m_scene->Remove(part);
         }
@@ -165,7 +171,7 @@ void MainWindow::RemoveSelected() {
 
 void MainWindow::CloseAll() {
     m_loader->Cancel();
-    m_engine.Bridge().WhenIdle([this] {
+    m_engine.Bridge().WhenIdle(this, [this] {
         m_scene->Clear();
         m_frames->GetMeasurements().Clear();
         m_frames->ShowMeasurements();
@@ -173,7 +179,7 @@ void MainWindow::CloseAll() {
 }
 
 void MainWindow::SaveScreenshot(const QString& path) {
-    m_engine.Bridge().WhenIdle([this, path] {
+    m_engine.Bridge().WhenIdle(this, [this, path] {
         const bool saved = TakeScreenshot(*m_frames).save(path);
         statusBar()->showMessage(saved ? tr("Saved %1").arg(path) : tr("%1 could not be written").arg(path));
     });
@@ -191,20 +197,36 @@ void MainWindow::HandleClick(FrameWidget* frame, QPoint pixel) {
         Measurements& measurements = m_frames->GetMeasurements();
         measurements.Take(picked->point, unit.unit);
         m_frames->ShowMeasurements();
-        m_message->setText(measurements.GetOpenPoint() ? tr("Click the second point")
-                                                       : tr("Distance: %1").arg(measurements.GetDistances().back().label));
+        m_message->setText(measurements.GetOpenPoint()
+                               ? tr("Click the second point")
+                               : tr("Distance: %1").arg(measurements.GetDistances().back().label));
         return;
     }
     const Vector3d place = picked->point * unit.unit + Vector3d(unit.middle);
     m_message->setText(tr("%1 at %2, %3, %4").arg(picked->part->GetName()).arg(place.x).arg(place.y).arg(place.z));
 }
 
+void MainWindow::ChooseBackground() {
+    std::optional<MeshAttribute::RenderMode> mesh;
+    std::optional<VolumeAttribute::RenderMode> volume;
+    for (const auto& part : m_scene->GetParts()) {
+        if (auto* const own = dynamic_cast<MeshPart*>(part.get()); own != nullptr && own->Attribute().IsVisible()) {
+            mesh = mesh == MeshAttribute::RENDER_XRAY ? mesh : own->Attribute().GetRenderMode();
+        }
+        if (auto* const own = dynamic_cast<VolumePart*>(part.get()); own != nullptr && own->Attribute().IsVisible()) {
+            volume = own->GetLook().mode;
+        }
+    }
+    m_frames->SetBackground(SuitableBackground(mesh, volume));
+}
+
 void MainWindow::UpdateTitle() {
     const auto& parts = m_scene->GetParts();
-    setWindowTitle(parts.empty()       ? QString()
-                   : parts.size() == 1 ? parts.front()->GetName()
-                                       : tr("%1 and %n more", nullptr, static_cast<int>(parts.size()) - 1)
-                                             .arg(parts.front()->GetName()));
+    setWindowTitle(
+        parts.empty() ? QString()
+        : parts.size() == 1
+            ? parts.front()->GetName()
+            : tr("%1 and %n more", nullptr, static_cast<int>(parts.size()) - 1).arg(parts.front()->GetName()));
 }
 
 // A pass may be under way further up the stack: it ends at its next report.

@@ -77,6 +77,7 @@ private:
     void LoadingFinished();
     void RemoveSelected();
     void HandleClick(FrameWidget* frame, QPoint pixel);
+    void ChooseBackground();
     void UpdateTitle();
     void UpdateCameraActions();
 

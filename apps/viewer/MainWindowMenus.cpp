@@ -84,8 +84,8 @@ void MainWindow::FillRecentMenu() {
 }
 
 void MainWindow::AskForFiles() {
-    auto* const dialog = new QFileDialog(this, tr("Open"), m_settings.folder,
-                                         tr("Parts (*.stl *.STL *.rek *.REK);;All files (*)"));
+    auto* const dialog =
+        new QFileDialog(this, tr("Open"), m_settings.folder, tr("Parts (*.stl *.STL *.rek *.REK);;All files (*)"));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setFileMode(QFileDialog::ExistingFiles);
     dialog->setOption(QFileDialog::DontUseNativeDialog); // those have event loops of their own
@@ -94,7 +94,8 @@ void MainWindow::AskForFiles() {
 }
 
 void MainWindow::AskForScreenshot() {
-    auto* const dialog = new QFileDialog(this, tr("Save picture"), m_settings.folder, tr("Pictures (*.png *.bmp *.jpg)"));
+    auto* const dialog =
+        new QFileDialog(this, tr("Save picture"), m_settings.folder, tr("Pictures (*.png *.bmp *.jpg)"));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     dialog->setDefaultSuffix(QStringLiteral("png"));
@@ -138,9 +139,8 @@ void MainWindow::MakeViewMenu() {
 void MainWindow::MakeSideActions(QMenu* menu) {
     for (const SideAction& entry : c_sides) {
         QAction* const action = AddAction(menu, tr(entry.name), entry.key, tr("Turns the camera and shows everything"));
-        connect(action, &QAction::triggered, this, [this, side = entry.side] {
-            m_frames->ChangeCamera([side](CameraRig& rig) { rig.Look(side); });
-        });
+        connect(action, &QAction::triggered, this,
+                [this, side = entry.side] { m_frames->ChangeCamera([side](CameraRig& rig) { rig.Look(side); }); });
     }
 }
 

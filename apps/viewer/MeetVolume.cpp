@@ -70,8 +70,8 @@ public:
             const double cy = y0 + ((corner >> 1U) & 1U);
             const double cz = z0 + (corner >> 2U);
             const double weight = (1.0 - std::abs(x - cx)) * (1.0 - std::abs(y - cy)) * (1.0 - std::abs(z - cz));
-            sum += weight * m_data.get(static_cast<long long>(cx), static_cast<long long>(cy),
-                                       static_cast<long long>(cz));
+            sum +=
+                weight * m_data.get(static_cast<long long>(cx), static_cast<long long>(cy), static_cast<long long>(cz));
         }
         return sum;
     }

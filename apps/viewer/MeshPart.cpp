@@ -4,6 +4,7 @@
 
 #include <QLocale>
 
+#include <shared/Background.h>
 #include <shared/Failure.h>
 #include <shared/Lighting.h>
 #include <shared/ModelFile.h>
@@ -33,11 +34,6 @@ Mesh ReadUsable(const std::string& path, ReadProgress& progress) {
     return mesh;
 }
 
-bool IsDrawnUnlit(MeshAttribute::RenderMode mode) {
-    return mode == MeshAttribute::RENDER_WIREFRAME || mode == MeshAttribute::RENDER_HIDDEN_LINE ||
-           mode == MeshAttribute::RENDER_POINTS;
-}
-
 } // namespace
 
 MeshPart::MeshPart(const std::string& path, ReadProgress& progress)
@@ -63,7 +59,7 @@ void MeshPart::Upload() {
 }
 
 const Mesh& MeshPart::Shown() const {
-    return IsDrawnUnlit(m_lit.GetAttribute().GetRenderMode()) ? m_flat : m_lit;
+    return ShowsLines(m_lit.GetAttribute().GetRenderMode()) ? m_flat : m_lit;
 }
 
 void MeshPart::AddTo(RenderFrame& frame) {
@@ -126,8 +122,7 @@ bool MeshPart::IsShownAs(const Mesh* mesh) const {
 
 std::optional<double> MeshPart::Meet(const Ray& ray) const {
     const double scale = m_fileRadius / m_unit.unit;
-    const Vector3d shift =
-        (Vector3d(m_fileBox.Center()) - Vector3d(m_unit.middle)) * (1.0 / m_unit.unit);
+    const Vector3d shift = (Vector3d(m_fileBox.Center()) - Vector3d(m_unit.middle)) * (1.0 / m_unit.unit);
     const Ray own{(ray.origin - shift) * (1.0 / scale), ray.direction * (1.0 / scale)};
     const auto mode = m_lit.GetAttribute().GetRenderMode();
     const bool surface = mode != MeshAttribute::RENDER_WIREFRAME && mode != MeshAttribute::RENDER_POINTS;

@@ -21,8 +21,8 @@ std::optional<Picked> Pick(FrameWidget& frame, const SceneModel& scene, QPoint p
             distance = *met;
         }
     };
-    const Mesh* const mesh = frame.Frame().HitTest(static_cast<unsigned int>(pixel.x()),
-                                                   static_cast<unsigned int>(pixel.y()));
+    const Mesh* const mesh =
+        frame.Frame().HitTest(static_cast<unsigned int>(pixel.x()), static_cast<unsigned int>(pixel.y()));
     if (ScenePart* const part = mesh != nullptr ? scene.Find(mesh) : nullptr) {
         take(part, static_cast<MeshPart*>(part)->Meet(ray));
     }

@@ -12,8 +12,8 @@ class FrameWidget;
 class SceneModel;
 class ScenePart;
 
-// What is seen at a pixel of a frame. The library says which mesh it is; its triangles, and the transfer functions of the
-// volumes, say where.
+// What is seen at a pixel of a frame. The library says which mesh it is; its triangles, and the transfer functions of
+// the volumes, say where.
 struct Picked {
     ScenePart* part;
     Vector3d point; // of the scene

@@ -8,6 +8,14 @@
 
 namespace KOVA::Quorvex::viewer {
 
+namespace {
+
+// Of the first mesh where there are no volumes. In X-ray pictures every surface adds a quarter of its distance to the
+// grey level: a dozen of them should be seen behind each other.
+constexpr double c_radius = 0.08;
+
+} // namespace
+
 SceneModel::~SceneModel() {
     for (const auto& part : m_parts) {
         for (RenderFrame* frame : m_frames) {
@@ -74,6 +82,7 @@ void SceneModel::Clear() {
 void SceneModel::Apply(ScenePart* part) {
     part->Apply();
     emit PartChanged(part);
+    emit BoxChanged();
     Refresh();
 }
 
@@ -102,11 +111,15 @@ ScenePart* SceneModel::Find(const Mesh* mesh) const {
 }
 
 Box SceneModel::GetBox() const {
-    Box box = Box::Empty();
+    Box seen = Box::Empty();
+    Box all = Box::Empty();
     for (const auto& part : m_parts) {
-        box.Include(part->GetBox());
+        all.Include(part->GetBox());
+        if (part->Attribute().IsVisible()) {
+            seen.Include(part->GetBox());
+        }
     }
-    return box;
+    return seen.IsFinite() ? seen : all;
 }
 
 // It stays while the parts that it was taken from allow it, so that the camera need not be moved.
@@ -117,6 +130,7 @@ void SceneModel::ChooseUnit() {
         unit = UnitOf(volumes.front()->GetData());
     } else if (!m_parts.empty()) {
         unit = UnitOf(static_cast<MeshPart*>(m_parts.front().get())->GetFileBox());
+        unit.unit /= c_radius;
     }
     if (unit.unit == m_unit.unit && unit.middle == m_unit.middle) {
         return;

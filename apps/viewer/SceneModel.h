@@ -13,7 +13,7 @@ class MeshPart;
 class VolumePart;
 
 // The parts that are shown, and the frames that show them, each all of them. Scene coordinates are brought to a unit in
-// which the scene is about 1 large: that of the first mesh while there are meshes only, else that of the first volume.
+// which OpenGL is comfortable: taken from the first mesh while there are meshes only, else from the first volume.
 class SceneModel : public QObject {
     Q_OBJECT
 
@@ -39,7 +39,7 @@ public:
     const std::vector<std::unique_ptr<ScenePart>>& GetParts() const { return m_parts; }
     std::vector<VolumePart*> GetVolumes() const;
     ScenePart* Find(const Mesh* mesh) const; // of one of the frames
-    Box GetBox() const;                      // of all parts, empty without any
+    Box GetBox() const;                      // of the parts that are seen, of all when none is; empty without any
     const SceneUnit& GetUnit() const { return m_unit; }
 
 signals:

@@ -19,7 +19,8 @@ QImage TakeScreenshot(FrameGrid& frames) {
         const int height = widget.Rig().GetHeight();
         std::vector<unsigned char> pixels;
         widget.PreparePass(true);
-        if (widget.Frame().RenderToPixels(pixels, static_cast<unsigned int>(width), static_cast<unsigned int>(height))) {
+        if (widget.Frame().RenderToPixels(pixels, static_cast<unsigned int>(width),
+                                          static_cast<unsigned int>(height))) {
             const QImage image(pixels.data(), width, height, 3 * width, QImage::Format_RGB888);
             painter.drawImage((QPointF(widget.pos()) * ratio).toPoint(), image);
         }

@@ -89,8 +89,8 @@ void ApplyTheme(Theme theme) {
         QApplication::setPalette(system);
         break;
     case Theme::Light:
-        QApplication::setPalette(MadeOf(QColor(240, 240, 242), Qt::white, QColor(25, 27, 30), QColor(228, 229, 232),
-                                        QColor(30, 110, 200)));
+        QApplication::setPalette(
+            MadeOf(QColor(240, 240, 242), Qt::white, QColor(25, 27, 30), QColor(228, 229, 232), QColor(30, 110, 200)));
         break;
     case Theme::Dark:
         QApplication::setPalette(MadeOf(QColor(43, 45, 49), QColor(30, 32, 35), QColor(222, 224, 228),

@@ -73,8 +73,7 @@ private:
 
 } // namespace
 
-TransferCurve::TransferCurve()
-    : m_points{{0.0, {0.0F, 0.0F, 0.0F, 0.0F}}, {c_last, {1.0F, 1.0F, 1.0F, 1.0F}}} {}
+TransferCurve::TransferCurve() : m_points{{0.0, {0.0F, 0.0F, 0.0F, 0.0F}}, {c_last, {1.0F, 1.0F, 1.0F, 1.0F}}} {}
 
 TransferCurve::TransferCurve(std::vector<Point> points) : m_points(std::move(points)) {}
 
@@ -119,8 +118,8 @@ TransferTable TransferCurve::MakeTable() const {
 std::size_t TransferCurve::Insert(double intensity) {
     const double at = std::clamp(intensity, 0.0, c_last);
     const ColorRGBA color = At(at);
-    const auto after = std::find_if(m_points.begin(), m_points.end(),
-                                    [at](const Point& point) { return point.intensity > at; });
+    const auto after =
+        std::find_if(m_points.begin(), m_points.end(), [at](const Point& point) { return point.intensity > at; });
     const auto index = static_cast<std::size_t>(after - m_points.begin());
     m_points.insert(after, {at, color});
     return index;

@@ -29,7 +29,7 @@ public:
 
     // A new point on the curve; returns its place. The others return nothing or do nothing where they cannot be.
     std::size_t Insert(double intensity);
-    void Remove(std::size_t index);                                  // not the last two
+    void Remove(std::size_t index);                                 // not the last two
     void Move(std::size_t index, double intensity, double opacity); // between its neighbours, within 0..255 and 0..1
     void SetColor(std::size_t index, const ColorRGBA& color);       // the opacity stays
 

@@ -16,10 +16,10 @@ namespace KOVA::Quorvex::viewer {
 
 namespace {
 
-constexpr double c_margin = 7.0;  // points on the border are whole
-constexpr double c_strip = 10.0;  // height of the colours below the plot
-constexpr double c_radius = 5.0;  // of a point
-constexpr double c_reach = 9.0;   // within which a point is hit
+constexpr double c_margin = 7.0; // points on the border are whole
+constexpr double c_strip = 10.0; // height of the colours below the plot
+constexpr double c_radius = 5.0; // of a point
+constexpr double c_reach = 9.0;  // within which a point is hit
 constexpr double c_last = 255.0;
 constexpr double c_keyStep = 0.02; // of the height
 
@@ -121,9 +121,9 @@ void TransferEditor::PaintHistogram(QPainter& painter) const {
     painter.setRenderHint(QPainter::Antialiasing, false);
     for (std::size_t i = 0; i < m_bars.size(); ++i) {
         const double height = plot.height() * m_bars[i];
-        painter.fillRect(QRectF(plot.left() + width * static_cast<double>(i), plot.bottom() - height,
-                                std::max(width, 1.0), height),
-                         color);
+        painter.fillRect(
+            QRectF(plot.left() + width * static_cast<double>(i), plot.bottom() - height, std::max(width, 1.0), height),
+            color);
     }
     painter.restore();
     painter.setPen(QPen(palette().mid().color(), 1.0, Qt::DashLine));

@@ -12,9 +12,10 @@ class QPainter;
 
 namespace KOVA::Quorvex::viewer {
 
-// A histogram, with the peaks of background and material marked, and the transfer function over it. Drag points to move them, double-click beside them for a new one and
-// on one for its colour, click with the right button to remove it; the keys do the same for the selected point. Small
-// opacities, of which volumes are made that one looks into, have as much room as large ones: the height is the cube root.
+// A histogram, with the peaks of background and material marked, and the transfer function over it. Drag points to move
+// them, double-click beside them for a new one and on one for its colour, click with the right button to remove it; the
+// keys do the same for the selected point. Small opacities, of which volumes are made that one looks into, have as much
+// room as large ones: the height is the cube root.
 class TransferEditor : public QWidget {
     Q_OBJECT
 
@@ -59,7 +60,7 @@ private:
     void Changed();
 
     TransferCurve m_curve;
-    std::array<double, 256> m_bars{}; // 0..1
+    std::array<double, 256> m_bars{};   // 0..1
     std::array<int, 2> m_peaks{-1, -1}; // of background and material
     std::optional<std::size_t> m_selected;
     bool m_dragging = false;

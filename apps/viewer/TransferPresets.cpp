@@ -35,8 +35,12 @@ TransferCurve Densest(const VolumePart& volume) {
                           {material.At(1.0), {1.0F, 0.9F, 0.6F, 1.0F}}});
 }
 
+// With the most frequent material in the middle.
 TransferCurve Temperature(const VolumePart& volume) {
-    const Range material = MaterialOf(volume);
+    Range material = MaterialOf(volume);
+    if (const auto& parts = volume.GetSummary().parts) {
+        material.high = std::min(material.high, 2.0 * parts->material - parts->threshold + 2.0);
+    }
     return TransferCurve({{material.At(0.0), {0.1F, 0.1F, 0.6F, 0.0F}},
                           {material.At(0.1), {0.1F, 0.2F, 0.8F, 0.3F}},
                           {material.At(0.35), {0.1F, 0.8F, 0.8F, 0.6F}},

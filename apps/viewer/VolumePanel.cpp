@@ -121,9 +121,8 @@ QWidget* VolumePanel::MakeLook() {
     m_samples->setRange(0.1, 8.0);
     m_samples->setSingleStep(0.25);
     m_samples->setToolTip(tr("Planes for half of a voxel: more look better and take longer"));
-    connect(m_samples, &QDoubleSpinBox::valueChanged, this, [this](double samples) {
-        ChangeLook([samples](VolumePart::Look& look) { look.samples = samples; });
-    });
+    connect(m_samples, &QDoubleSpinBox::valueChanged, this,
+            [this](double samples) { ChangeLook([samples](VolumePart::Look& look) { look.samples = samples; }); });
     form->addRow(tr("&Samples"), m_samples);
     return group;
 }
@@ -200,8 +199,13 @@ template <class Change> void VolumePanel::ChangeLook(Change change) {
     }
     VolumePart::Look look = m_volume->GetLook();
     change(look);
+    const bool sameMode = look.mode == m_volume->GetLook().mode;
     m_volume->SetLook(look);
-    m_scene.Refresh();
+    if (sameMode) {
+        m_scene.Refresh();
+    } else {
+        m_scene.Apply(m_volume); // the background suits the mode
+    }
 }
 
 void VolumePanel::UsePreset(int index) {

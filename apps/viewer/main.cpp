@@ -41,8 +41,9 @@ int main(int argc, char** argv) {
     QApplication::setApplicationVersion(QStringLiteral(QUORVEX_VERSION));
 
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Shows measured parts: meshes (STL) and volumes (REK).\n"
-                                                    "Exit status: 1 when OpenGL cannot be started, 3 without a display."));
+    parser.setApplicationDescription(
+        QStringLiteral("Shows measured parts: meshes (STL) and volumes (REK).\n"
+                       "Exit status: 1 when OpenGL cannot be started, 3 without a display."));
     parser.addHelpOption();
     parser.addVersionOption();
     parser.addPositionalArgument(QStringLiteral("files"), QStringLiteral("STL and REK files, shown together"),

@@ -1,5 +1,5 @@
-// A host in GLFW, which makes the window and tells of the mouse; the library draws. docs/EMBEDDING.md explains each step.
-// Usage: glfw [FILE.stl]. Drag to turn, turn the wheel to zoom, Escape ends it. Exit code 0 done, 1 failed.
+// A host in GLFW, which makes the window and tells of the mouse; the library draws. docs/EMBEDDING.md explains each
+// step. Usage: glfw [FILE.stl]. Drag to turn, turn the wheel to zoom, Escape ends it. Exit code 0 done, 1 failed.
 
 #include <cstdio>
 

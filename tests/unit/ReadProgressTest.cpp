@@ -17,13 +17,13 @@ using stltest::Directory;
 std::string Read(const std::string& path, ReadProgress& progress) {
     if (path.ends_with("rek")) {
         try {
-            VolumeReader::ReadREK(path.c_str(), &progress);
+            VolumeReader::ReadREKWatched(path.c_str(), progress);
             return {};
         } catch (const std::exception& error) {
             return error.what();
         }
     }
-    const Mesh mesh = MeshReader::ReadSTLTolerant(path.c_str(), &progress);
+    const Mesh mesh = MeshReader::ReadSTLWatched(path.c_str(), progress);
     EXPECT_EQ(mesh.GetData().GetNumVertices() == 0, MeshReader::GetError() != MR_NO_ERROR);
     return MeshReader::GetError() == MR_CANCELLED ? "cancelled" : MeshReader::GetError() == MR_NO_ERROR ? "" : "other";
 }
@@ -33,7 +33,7 @@ TEST(ReadProgressTest, EndsAtOneAndCancelsAtAnyTime) {
     const std::string volume = directory.Name("a.rek");
     ASSERT_TRUE(VolumeWriter::WriteREK(volume.c_str(), VolumeBuilder::BuildBox(200, 200, 150).GetData()));
     const std::string binary = directory.Name("b.stl");
-        std::string facets = "solid\n";
+    std::string facets = "solid\n";
     for (int i = 0; i < 30000; ++i) {
         facets += "facet normal 0 0 1 outer loop vertex 0 0 0 vertex 1 0 0 vertex 0 1 0 endloop endfacet\n";
     }

@@ -56,16 +56,15 @@ TEST(EnduranceTest, HundredOpenCloseCyclesLeaveNothingBehind) {
     ViewerHost host;
     FrameGrid& frames = host.Window().GetFrames();
     std::mt19937 random(8);
-    const auto between = [&random](int low, int high) {
-        return std::uniform_int_distribution<int>(low, high)(random);
-    };
+    const auto between = [&random](int low, int high) { return std::uniform_int_distribution<int>(low, high)(random); };
     Objects warm;
     long kilobytes = 0;
     for (int cycle = 0; cycle < 100; ++cycle) {
         host.Window().resize(between(500, 1100), between(400, 800));
         frames.SetCount(cycle % 3 == 0 ? 4 : cycle % 3);
-        host.Window().Open(cycle % 2 == 0 ? QStringList{QStringLiteral(QUORVEX_SAMPLE)}
-                                          : QStringList{QStringLiteral(QUORVEX_VOLUME_SAMPLE), QStringLiteral(QUORVEX_SAMPLE)});
+        host.Window().Open(cycle % 2 == 0
+                               ? QStringList{QStringLiteral(QUORVEX_SAMPLE)}
+                               : QStringList{QStringLiteral(QUORVEX_VOLUME_SAMPLE), QStringLiteral(QUORVEX_SAMPLE)});
         // Often the next thing happens in the middle of a pass.
         const std::size_t wanted = cycle % 2 == 0 ? 1 : 2;
         ASSERT_TRUE(ViewerHost::WaitUntil([&] { return host.Window().GetScene().GetParts().size() == wanted; }));

@@ -10,9 +10,9 @@
 #include <Quorvex/volume/VolumeBuilder.h>
 
 #include <viewer/CameraRig.h>
+#include <viewer/Measurements.h>
 #include <viewer/MeetMesh.h>
 #include <viewer/MeetVolume.h>
-#include <viewer/Measurements.h>
 #include <viewer/TransferCurve.h>
 
 namespace KOVA::Quorvex::viewer {

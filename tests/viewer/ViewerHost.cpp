@@ -69,8 +69,8 @@ bool ViewerHost::WaitUntil(const std::function<bool()>& condition, int milliseco
 bool ViewerHost::Settle() {
     QCoreApplication::processEvents();
     const bool settled = WaitUntil([this] {
-        return !m_window->GetLoader().IsBusy() && !m_engine->Bridge().HasTasks() && Quorvex::s_jobFast.empty() && Quorvex::s_jobQuality.empty() &&
-               Quorvex::GetBusyFrame() == nullptr;
+        return !m_window->GetLoader().IsBusy() && !m_engine->Bridge().HasTasks() && Quorvex::s_jobFast.empty() &&
+               Quorvex::s_jobQuality.empty() && Quorvex::GetBusyFrame() == nullptr;
     });
     QTest::qWait(30); // for the server
     return settled;

@@ -121,9 +121,9 @@ TEST(ViewerTest, ClickSelectsTheMeshAndDisplayModesShow) {
     EXPECT_EQ(host.Window().GetSceneTree().GetSelected(), QList<ScenePart*>{flange});
 
     QImage last = ViewerHost::Picture(host.Frame());
-    for (const auto mode : {MeshAttribute::RENDER_WIREFRAME, MeshAttribute::RENDER_SURFACE_WIREFRAME,
-                            MeshAttribute::RENDER_HIDDEN_LINE, MeshAttribute::RENDER_POINTS, MeshAttribute::RENDER_XRAY,
-                            MeshAttribute::RENDER_SURFACE}) {
+    for (const auto mode :
+         {MeshAttribute::RENDER_WIREFRAME, MeshAttribute::RENDER_SURFACE_WIREFRAME, MeshAttribute::RENDER_HIDDEN_LINE,
+          MeshAttribute::RENDER_POINTS, MeshAttribute::RENDER_XRAY, MeshAttribute::RENDER_SURFACE}) {
         static_cast<MeshPart*>(flange)->Attribute().SetRenderMode(mode);
         scene.Apply(flange);
         ASSERT_TRUE(host.Settle());
@@ -205,12 +205,14 @@ TEST(ViewerTest, FramesAreSplitAndLinked) {
     host.Window().SaveScreenshot(saved);
     ASSERT_TRUE(host.Settle());
     QImage picture(saved);
-    const QImage shown = ViewerHost::Picture(host.Window()).copy({frames.mapTo(&host.Window(), QPoint()), frames.size()});
+    const QImage shown =
+        ViewerHost::Picture(host.Window()).copy({frames.mapTo(&host.Window(), QPoint()), frames.size()});
     ASSERT_EQ(picture.size(), shown.size());
     for (int i = 0; i < 4; ++i) { // there is nothing of the window's in it
         const QRect place = host.Frame(i).geometry();
-        EXPECT_LT(ViewerHost::CountDifferent(picture.copy(place).convertToFormat(QImage::Format_RGB32), shown.copy(place)),
-                  place.width() * place.height() / 500);
+        EXPECT_LT(
+            ViewerHost::CountDifferent(picture.copy(place).convertToFormat(QImage::Format_RGB32), shown.copy(place)),
+            place.width() * place.height() / 500);
     }
 
     const auto follows = [&](int i) {
@@ -238,7 +240,8 @@ TEST(ViewerTest, BadFilesAndCancelledLoadingLeaveTheScene) {
     ASSERT_TRUE(host.Open({bad, folder.filePath(QStringLiteral("missing.stl"))}));
     auto* const box = host.Window().findChild<QMessageBox*>();
     ASSERT_NE(box, nullptr);
-    EXPECT_TRUE(box->text().contains(QStringLiteral("too short")) && box->text().contains(QStringLiteral("missing.stl")))
+    EXPECT_TRUE(box->text().contains(QStringLiteral("too short")) &&
+                box->text().contains(QStringLiteral("missing.stl")))
         << box->text().toStdString();
     box->close();
 
@@ -261,8 +264,9 @@ TEST(ViewerTest, SettingsAreRemembered) {
     EXPECT_EQ(host.Window().GetFrames().GetCount(), 2);
     EXPECT_EQ(host.Window().size(), QSize(900, 600));
     const QList<QAction*> actions = host.Window().findChildren<QAction*>();
-    const auto recent = std::find_if(actions.begin(), actions.end(),
-                                     [](const QAction* action) { return action->text().endsWith(QStringLiteral("flange.stl")); });
+    const auto recent = std::find_if(actions.begin(), actions.end(), [](const QAction* action) {
+        return action->text().endsWith(QStringLiteral("flange.stl"));
+    });
     ASSERT_NE(recent, actions.end());
     (*recent)->trigger();
     ASSERT_TRUE(host.Settle());
