@@ -10,6 +10,7 @@
 #include <Quorvex/core/Extensions.h>
 #include <Quorvex/core/Facade.h>
 #include <Quorvex/core/Matrix44d.h>
+#include <Quorvex/core/ReadProgress.h>
 #include <Quorvex/core/Vectors.h>
 #include <Quorvex/frame/FrameBuffer.h>
 #include <Quorvex/frame/RenderFrame.h>

@@ -69,7 +69,7 @@ QUORVEX_API bool MakeContextCurrent(HDC deviceContext, HGLRC context);
 QUORVEX_API void SetCodecChooser(bool (*chooser)(HWND window, AVICOMPRESSOPTIONS* options, void* user), void* user);
 
 // Receives warnings (text and a caption, both UTF-8) that would otherwise go to standard error, on Windows to a message
-// box. Null restores that.
+// box. Null restores that. It is called on the thread on which what warns was called, reading a file for instance.
 QUORVEX_API void SetWarningHandler(void (*handler)(const char* caption, const char* text, void* user), void* user);
 
 } // namespace KOVA::Quorvex

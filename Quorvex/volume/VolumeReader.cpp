@@ -157,11 +157,10 @@ float RangeOf(const RekHeader& header) {
     return range;
 }
 
-} // namespace
-
-Volume VolumeReader::ReadREK(const char* path) {
+Volume ReadFile(const char* path, ReadProgress* progress) {
     platform::InputFile file;
     Open(file, path);
+    file.Report(progress);
     const RekHeader header = ReadHeader(file);
     if (header.SampleBytes() == 0) {
         platform::ShowWarning(c_caption, "Volume must be of type unsigned 8-bit, unsigned 16-bit or float!");
@@ -176,11 +175,21 @@ Volume VolumeReader::ReadREK(const char* path) {
         std::make_unique<VolumeData>(static_cast<std::size_t>(header.width), static_cast<std::size_t>(header.height),
                                      static_cast<std::size_t>(header.depth));
     if (bodyBytes > 0 && !Body(file, header, range, data->getDataPtr()).Read()) {
-        Fail(ReadFailure(header));
+        Fail(progress != nullptr && progress->IsCancelled() ? "cancelled" : ReadFailure(header));
     }
     Volume volume(*data);
     (void)data.release(); // the volume and its copies delete it now
     return volume;
+}
+
+} // namespace
+
+Volume VolumeReader::ReadREK(const char* path) {
+    return ReadFile(path, nullptr);
+}
+
+Volume VolumeReader::ReadREKWatched(const char* path, ReadProgress& progress) {
+    return ReadFile(path, &progress);
 }
 
 RekHeader VolumeReader::ReadREKHeader(const char* path) {

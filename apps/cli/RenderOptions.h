@@ -9,6 +9,7 @@
 #include <Quorvex/frame/RenderFrame.h>
 #include <Quorvex/mesh/MeshAttribute.h>
 
+#include "Background.h"
 #include "Camera.h"
 #include "Marks.h"
 #include "VolumeLook.h"
@@ -22,12 +23,6 @@ enum class PictureFormat { Bmp, Png };
 struct PictureSize {
     unsigned int width = 800;
     unsigned int height = 600;
-};
-
-// The colours of the picture's upper and lower edge.
-struct Background {
-    ColorRGBA top;
-    ColorRGBA bottom;
 };
 
 constexpr unsigned int c_maxPictureSize = 16384; // pixels each way

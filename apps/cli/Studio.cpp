@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdint>
 #include <numbers>
+#include <optional>
 
 #include <fmt/format.h>
 
@@ -49,11 +50,6 @@ std::string AboveTheMiddle(const std::string& label) {
     return raised;
 }
 
-bool ShowsLines(MeshAttribute::RenderMode mode) {
-    return mode == MeshAttribute::RENDER_WIREFRAME || mode == MeshAttribute::RENDER_HIDDEN_LINE ||
-           mode == MeshAttribute::RENDER_POINTS;
-}
-
 // Lines and points are as wide as they would be without anti-aliasing.
 float LineWidth(const RenderOptions& options, double antiAliasing) {
     const double points = options.meshMode == MeshAttribute::RENDER_POINTS ? 2.0 : 1.0;
@@ -64,21 +60,7 @@ Background BackgroundOf(const RenderOptions& options, bool volumes) {
     if (options.backgroundGiven) {
         return options.background;
     }
-    // The largest intensity is seen where it is brighter than the background, the smallest where it is darker.
-    if (volumes && options.volumes.mode == VolumeAttribute::MaximumIntensity) {
-        return {{0.0F, 0.0F, 0.0F}, {0.0F, 0.0F, 0.0F}};
-    }
-    if (volumes && options.volumes.mode == VolumeAttribute::MinimumIntensity) {
-        return {{1.0F, 1.0F, 1.0F}, {1.0F, 1.0F, 1.0F}};
-    }
-    // X-ray pictures add light to the background: the darker it is, the more they can show.
-    if (options.meshMode == MeshAttribute::RENDER_XRAY) {
-        return {{0.0F, 0.0F, 0.0F}, {0.0F, 0.0F, 0.0F}};
-    }
-    if (ShowsLines(options.meshMode)) {
-        return {{0.06F, 0.08F, 0.12F}, {0.22F, 0.26F, 0.33F}};
-    }
-    return {{0.16F, 0.20F, 0.30F}, {0.62F, 0.67F, 0.75F}};
+    return SuitableBackground(options.meshMode, volumes ? std::optional(options.volumes.mode) : std::nullopt);
 }
 
 double Brightness(const Background& background) {

@@ -27,42 +27,6 @@ Vec Unit(const Vec& v) {
     return {v[0] / length, v[1] / length, v[2] / length};
 }
 
-// The camera's axes in the world: right, up, and back (from the scene towards the eye).
-struct Axes {
-    Vec right, up, back;
-};
-
-Axes AxesOf(Side side) {
-    Vec back{0, 0, 1};
-    Vec up{0, 1, 0};
-    switch (side) {
-    case Side::Front:
-        break;
-    case Side::Back:
-        back = {0, 0, -1};
-        break;
-    case Side::Right:
-        back = {1, 0, 0};
-        break;
-    case Side::Left:
-        back = {-1, 0, 0};
-        break;
-    case Side::Top:
-        back = {0, 1, 0};
-        up = {0, 0, -1};
-        break;
-    case Side::Bottom:
-        back = {0, -1, 0};
-        up = {0, 0, 1};
-        break;
-    case Side::Iso:
-        back = Unit({1, 1, 1});
-        break;
-    }
-    const Vec right = Unit(Cross(up, back));
-    return {right, Cross(back, right), back};
-}
-
 // Ranges that a set of numbers spans.
 struct Range {
     double low = std::numeric_limits<double>::infinity();
@@ -195,8 +159,42 @@ Box Box::Enlarged(double fraction) const {
     return box;
 }
 
+Axes AxesOf(Side side) {
+    Vec back{0, 0, 1};
+    Vec up{0, 1, 0};
+    switch (side) {
+    case Side::Front:
+        break;
+    case Side::Back:
+        back = {0, 0, -1};
+        break;
+    case Side::Right:
+        back = {1, 0, 0};
+        break;
+    case Side::Left:
+        back = {-1, 0, 0};
+        break;
+    case Side::Top:
+        back = {0, 1, 0};
+        up = {0, 0, -1};
+        break;
+    case Side::Bottom:
+        back = {0, -1, 0};
+        up = {0, 0, 1};
+        break;
+    case Side::Iso:
+        back = Unit({1, 1, 1});
+        break;
+    }
+    const Vec right = Unit(Cross(up, back));
+    return {right, Cross(back, right), back};
+}
+
 Camera FitCamera(const Box& box, const Shot& shot) {
-    const Axes axes = AxesOf(shot.side);
+    return FitCamera(box, shot, AxesOf(shot.side));
+}
+
+Camera FitCamera(const Box& box, const Shot& shot, const Axes& axes) {
     Vec center = box.Center();
     if (shot.turnAxis) {
         center = Plus({0, 0, 0}, *shot.turnAxis, Dot(center, *shot.turnAxis));
@@ -247,7 +245,7 @@ Vector3f TowardsViewer(const View& view) {
     return view.IsLeftHand() ? -view.getZVector() : view.getZVector();
 }
 
-void Load(const Camera& camera, View& view) {
+void LoadProjection(const Camera& camera, View& view) {
     if (camera.projection == Projection::Perspective) {
         view.SetProjectionPerspectiveRH(static_cast<float>(camera.fov), static_cast<float>(camera.nearPlane),
                                         static_cast<float>(camera.farPlane));
@@ -263,6 +261,10 @@ void Load(const Camera& camera, View& view) {
         square[5] = square[0];
         view.SetProjectionMatrix(square.data());
     }
+}
+
+void Load(const Camera& camera, View& view) {
+    LoadProjection(camera, view);
     view.SetModelviewViewer(camera.eye, camera.target, camera.up);
 }
 

@@ -57,6 +57,13 @@ struct Camera {
     double nearPlane, farPlane;
 };
 
+// The camera's axes in the world, of unit length: right, up, and back (from the scene towards the eye).
+struct Axes {
+    std::array<double, 3> right, up, back;
+};
+
+Axes AxesOf(Side side);
+
 // How much of the picture stays free around the box: its projection is this factor smaller than the picture in the
 // direction that decides.
 constexpr double c_margin = 1.05;
@@ -66,10 +73,16 @@ constexpr double c_margin = 1.05;
 // is seen from some distance.
 Camera FitCamera(const Box& box, const Shot& shot);
 
+// The same from any direction; the shot's side takes no part.
+Camera FitCamera(const Box& box, const Shot& shot, const Axes& axes);
+
 // The direction in the world from the middle of the picture to the viewer, for views of both kinds.
 Vector3f TowardsViewer(const View& view);
 
-// Makes the view right-handed and loads the camera into it.
+// Makes the view right-handed and loads the camera's projection into it: angle or extent, aspect and planes.
+void LoadProjection(const Camera& camera, View& view);
+
+// The same with the camera's place.
 void Load(const Camera& camera, View& view);
 
 } // namespace KOVA::Quorvex::apps

@@ -34,8 +34,8 @@ bool DrawsLabels() {
 } // namespace
 
 Capabilities DescribeCapabilities() {
-    Capabilities found{DriverString(GL_VENDOR), DriverString(GL_RENDERER), DriverString(GL_VERSION), 0, c_bits,
-                       DrawsLabels(),           {}};
+    Capabilities found{
+        DriverString(GL_VENDOR), DriverString(GL_RENDERER), DriverString(GL_VERSION), 0, c_bits, DrawsLabels(), {}};
     GLint size = 0;
     glGetIntegerv(GL_MAX_TEXTURE_SIZE, &size);
     found.maxTextureSize = size;

@@ -37,6 +37,8 @@ std::string ReasonOfReader(const std::string& path, MRError error) {
     switch (error) {
     case MR_OPEN_FAILED:
         return "it cannot be opened";
+    case MR_CANCELLED:
+        return "cancelled";
     case MR_UNSUPPORTED_FORMAT:
         return "this kind of file is not supported";
     default:
@@ -46,9 +48,10 @@ std::string ReasonOfReader(const std::string& path, MRError error) {
 
 } // namespace
 
-Mesh ReadModel(const std::string& path) {
+Mesh ReadModel(const std::string& path, ReadProgress* progress) {
     try {
-        Mesh mesh = MeshReader::ReadSTLTolerant(path.c_str());
+        Mesh mesh = progress != nullptr ? MeshReader::ReadSTLWatched(path.c_str(), *progress)
+                                        : MeshReader::ReadSTLTolerant(path.c_str());
         if (MeshReader::GetError() == MR_NO_ERROR) {
             return mesh;
         }

@@ -49,9 +49,10 @@ bool IsVolumeFile(const std::string& path) {
     return ending == ".rek";
 }
 
-Volume ReadRek(const std::string& path) {
+Volume ReadRek(const std::string& path, ReadProgress* progress) {
     try {
-        Volume volume = VolumeReader::ReadREK(path.c_str());
+        Volume volume = progress != nullptr ? VolumeReader::ReadREKWatched(path.c_str(), *progress)
+                                            : VolumeReader::ReadREK(path.c_str());
         const VolumeData& data = volume.GetData();
         if (data.getDimX() == 0 || data.getDimY() == 0 || data.getDimZ() == 0) {
             throw Failure(fmt::format("cannot read '{}': there are no voxels in it", path));

@@ -1,6 +1,6 @@
-#include <shared/MeshSummary.h>
 #include <cli/ProgressBar.h>
 #include <cli/Scene.h>
+#include <shared/MeshSummary.h>
 
 #include <cmath>
 #include <vector>

@@ -10,8 +10,8 @@ import sys
 
 # Lowest first. A file belongs to the first entry whose pattern matches it and includes only from its own layer or below.
 LAYERS = [
-    ("value types", ["core/Export.h", "core/Vectors.*", "core/Colors.*", "core/Matrix44d.*",
-                      "core/PixelOrder.h"]),
+    ("value types", ["core/Export.h", "core/Vectors.*", "core/Colors.*", "core/Matrix44d.*", "core/PixelOrder.h",
+                     "core/ReadProgress.h"]),
     ("platform interfaces", ["platform/*.h", "platform/HostCallbacks.cpp"]),
     ("files and threads", ["core/OutputFile.*", "core/OutputPlace.*", "core/Parallel.*"]),
     # The facade's state is read by every layer above, so its header names only handles; its sources are at the top.
