@@ -253,15 +253,18 @@ void DrawLegend(Canvas& canvas, const HistogramFacts& facts) {
 // Up to where an even scale goes. Where one intensity, as a rule that of air, has many times as many voxels as all that
 // are not close to it, nothing of those could be seen beside it.
 double ShownEvenly(const std::array<std::uint64_t, 256>& counts) {
-    constexpr std::ptrdiff_t close = 3;
+    constexpr int close = 3;
     constexpr double most = 20.0;
-    const auto highest = std::max_element(counts.begin(), counts.end());
-    std::uint64_t others = 0;
-    for (auto count = counts.begin(); count != counts.end(); ++count) {
-        others = std::abs(count - highest) > close ? std::max(others, *count) : others;
+    int highest = 0;
+    for (int level = 0; level < 256; ++level) {
+        highest = counts[static_cast<std::size_t>(level)] > counts[static_cast<std::size_t>(highest)] ? level : highest;
     }
+    std::uint64_t others = 0;
+    for (int level = 0; level < 256; ++level) {
+        others = std::abs(level - highest) > close ? std::max(others, counts[static_cast<std::size_t>(level)]) : others;
+    }
+    const auto first = static_cast<double>(counts[static_cast<std::size_t>(highest)]);
     const auto second = static_cast<double>(others);
-    const auto first = static_cast<double>(*highest);
     return std::max(1.0, others > 0 && first > most * second ? second * 1.3 : first);
 }
 
