@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <csignal>
 #include <memory>
 #include <optional>
@@ -99,7 +100,11 @@ void AddTurntableCommand(CLI::App& program) {
         ->type_name("OUT.avi");
     AddParsed(*command, "--frames", "N", "Pictures of the whole turn (default 250, ten seconds)",
               [&o](const std::string& text) {
-                  o.pictures = static_cast<unsigned int>(ParseNumber(text, 1.0, c_mostPictures));
+                  const double pictures = ParseNumber(text, 1.0, c_mostPictures);
+                  if (pictures != std::floor(pictures)) {
+                      throw std::invalid_argument(fmt::format("'{}' is no whole number", text));
+                  }
+                  o.pictures = static_cast<unsigned int>(pictures);
               });
     AddParsed(*command, "--axis", "X,Y,Z",
               "What the camera turns about, through the middle of the scene; counter-clockwise seen from its end "
