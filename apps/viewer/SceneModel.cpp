@@ -129,7 +129,7 @@ void SceneModel::ChooseUnit() {
     if (!volumes.empty()) {
         unit = UnitOf(volumes.front()->GetData());
     } else if (!m_parts.empty()) {
-        unit = UnitOf(static_cast<MeshPart*>(m_parts.front().get())->GetFileBox());
+        unit = UnitOf(dynamic_cast<MeshPart&>(*m_parts.front()).GetFileBox());
         unit.unit /= c_radius;
     }
     if (unit.unit == m_unit.unit && unit.middle == m_unit.middle) {

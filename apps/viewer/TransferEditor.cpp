@@ -289,14 +289,14 @@ void TransferEditor::keyPressEvent(QKeyEvent* event) {
 
 bool TransferEditor::event(QEvent* event) {
     if (event->type() == QEvent::ToolTip) {
-        const auto* const help = static_cast<QHelpEvent*>(event);
-        const auto index = PointAt(help->pos());
+        const auto& help = dynamic_cast<QHelpEvent&>(*event);
+        const auto index = PointAt(help.pos());
         const QString text = index ? tr("Intensity %1, opacity %2")
                                          .arg(m_curve.GetPoints()[*index].intensity, 0, 'f', 1)
                                          .arg(double{m_curve.GetPoints()[*index].color.a}, 0, 'g', 3)
                                    : tr("Drag points to move them. Double-click for a new point, on a point for its "
                                         "colour; right-click removes it.");
-        QToolTip::showText(help->globalPos(), text, this);
+        QToolTip::showText(help.globalPos(), text, this);
         return true;
     }
     return QWidget::event(event);
