@@ -12,7 +12,7 @@ namespace {
 
 // Of the first mesh where there are no volumes. In X-ray pictures every surface adds a quarter of its distance to the
 // grey level: a dozen of them should be seen behind each other.
-constexpr double c_radius = 0.08;
+constexpr double c_radius = 0.15;
 
 } // namespace
 

@@ -123,6 +123,8 @@ TEST(ViewerTest, ClickSelectsTheMeshAndDisplayModesShow) {
     QTest::mouseClick(&host.Frame(), Qt::LeftButton, {}, PlaceOf(host, host.Frame(), {52.0, 10.0, 10.0}));
     EXPECT_EQ(host.Window().GetSceneTree().GetSelected(), QList<ScenePart*>{flange});
 
+    host.Bridge().WhenIdle(&host.Window(), [&] { scene.Remove(volume); });
+    ASSERT_TRUE(host.Settle());
     QImage last = ViewerHost::Picture(host.Frame());
     for (const auto mode :
          {MeshAttribute::RENDER_WIREFRAME, MeshAttribute::RENDER_SURFACE_WIREFRAME, MeshAttribute::RENDER_HIDDEN_LINE,
