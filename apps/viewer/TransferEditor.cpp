@@ -47,12 +47,12 @@ TransferEditor::TransferEditor(QWidget* parent) : QWidget(parent) {
 }
 
 void TransferEditor::SetHistogram(const std::array<std::uint64_t, 256>& counts) {
-    const double largest = static_cast<double>(*std::max_element(counts.begin(), counts.end()));
+    const auto largest = static_cast<double>(*std::max_element(counts.begin(), counts.end()));
     for (std::size_t i = 0; i < counts.size(); ++i) {
         // By logarithm: air is most of a scan.
         m_bars[i] = largest > 0.0 ? std::log1p(static_cast<double>(counts[i])) / std::log1p(largest) : 0.0;
     }
-    HistogramOf(counts).binarize(&m_peaks[0], &m_peaks[1]);
+    HistogramOf(counts).binarize(m_peaks.data(), m_peaks.data() + 1);
     update();
 }
 
