@@ -23,6 +23,10 @@ public:
     // For readers: how many bytes will be read in all, counting those again that are read twice, and that some were.
     void Begin(std::int64_t bytes) { m_bytes.store(bytes, std::memory_order_relaxed); }
     void Advance(std::int64_t bytes) { m_done.fetch_add(bytes, std::memory_order_relaxed); }
+    void Finish() {
+        m_bytes.store(1, std::memory_order_relaxed);
+        m_done.store(1, std::memory_order_relaxed);
+    }
 
 private:
     std::atomic<std::int64_t> m_bytes{0};

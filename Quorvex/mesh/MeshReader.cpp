@@ -79,7 +79,9 @@ Mesh MeshReader::ReadSTLTolerant(const char* path) {
 }
 
 Mesh MeshReader::ReadSTLWatched(const char* path, ReadProgress& progress) {
-    return ReadFile(path, stl::ReadTolerantTriangles, ReadFailure, &progress);
+    Mesh mesh = ReadFile(path, stl::ReadTolerantTriangles, ReadFailure, &progress);
+    progress.Finish();
+    return mesh;
 }
 
 } // namespace KOVA::Quorvex

@@ -175,7 +175,7 @@ Volume ReadFile(const char* path, ReadProgress* progress) {
         std::make_unique<VolumeData>(static_cast<std::size_t>(header.width), static_cast<std::size_t>(header.height),
                                      static_cast<std::size_t>(header.depth));
     if (bodyBytes > 0 && !Body(file, header, range, data->getDataPtr()).Read()) {
-        Fail(progress != nullptr && progress->IsCancelled() ? "cancelled" : ReadFailure(header));
+        Fail(ReadFailure(header));
     }
     Volume volume(*data);
     (void)data.release(); // the volume and its copies delete it now
@@ -189,7 +189,16 @@ Volume VolumeReader::ReadREK(const char* path) {
 }
 
 Volume VolumeReader::ReadREKWatched(const char* path, ReadProgress& progress) {
-    return ReadFile(path, &progress);
+    try {
+        Volume volume = ReadFile(path, &progress);
+        progress.Finish();
+        return volume;
+    } catch (const std::runtime_error&) {
+        if (progress.IsCancelled()) {
+            Fail("cancelled");
+        }
+        throw;
+    }
 }
 
 RekHeader VolumeReader::ReadREKHeader(const char* path) {

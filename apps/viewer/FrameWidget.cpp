@@ -84,7 +84,7 @@ void FrameWidget::AdaptFastPass() {
 // Qt may give the widget another native window, for instance when it gets another parent.
 bool FrameWidget::event(QEvent* event) {
     if (event->type() == QEvent::PlatformSurface) {
-        const auto kind = static_cast<QPlatformSurfaceEvent*>(event)->surfaceEventType();
+        const auto kind = dynamic_cast<QPlatformSurfaceEvent&>(*event).surfaceEventType();
         if (kind == QPlatformSurfaceEvent::SurfaceAboutToBeDestroyed) {
             DetachFrame();
         }

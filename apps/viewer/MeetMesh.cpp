@@ -23,7 +23,8 @@ double MeetTriangle(const Ray& ray, const Vector3d& a, const Vector3d& b, const 
     const Vector3d across = Cross(start, ab);
     const double v = Dot(ray.direction, across) / determinant;
     const double t = Dot(ac, across) / determinant;
-    return u >= 0.0 && v >= 0.0 && u + v <= 1.0 && t >= 0.0 ? t : nowhere;
+    const bool meets = u >= 0.0 && v >= 0.0 && u + v <= 1.0 && t >= 0.0;
+    return meets ? t : nowhere; // NOLINT(cppcoreguidelines-narrowing-conversions): both are double
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "MeshPart.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <QLocale>
@@ -112,12 +113,7 @@ void MeshPart::Place(const SceneUnit& unit) {
 }
 
 bool MeshPart::IsShownAs(const Mesh* mesh) const {
-    for (const auto& [frame, copy] : m_copies) {
-        if (copy == mesh) {
-            return true;
-        }
-    }
-    return false;
+    return std::any_of(m_copies.begin(), m_copies.end(), [mesh](const auto& copy) { return copy.second == mesh; });
 }
 
 std::optional<double> MeshPart::Meet(const Ray& ray) const {

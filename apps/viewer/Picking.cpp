@@ -24,7 +24,7 @@ std::optional<Picked> Pick(FrameWidget& frame, const SceneModel& scene, QPoint p
     const Mesh* const mesh =
         frame.Frame().HitTest(static_cast<unsigned int>(pixel.x()), static_cast<unsigned int>(pixel.y()));
     if (ScenePart* const part = mesh != nullptr ? scene.Find(mesh) : nullptr) {
-        take(part, static_cast<MeshPart*>(part)->Meet(ray));
+        take(part, dynamic_cast<MeshPart&>(*part).Meet(ray));
     }
     for (VolumePart* volume : scene.GetVolumes()) {
         if (volume->Attribute().IsVisible()) {

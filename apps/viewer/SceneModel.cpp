@@ -12,7 +12,7 @@ namespace {
 
 // Of the first mesh where there are no volumes. In X-ray pictures every surface adds a quarter of its distance to the
 // grey level: a dozen of them should be seen behind each other.
-constexpr double c_radius = 0.08;
+constexpr double c_radius = 0.15;
 
 } // namespace
 
@@ -129,7 +129,7 @@ void SceneModel::ChooseUnit() {
     if (!volumes.empty()) {
         unit = UnitOf(volumes.front()->GetData());
     } else if (!m_parts.empty()) {
-        unit = UnitOf(static_cast<MeshPart*>(m_parts.front().get())->GetFileBox());
+        unit = UnitOf(dynamic_cast<MeshPart&>(*m_parts.front()).GetFileBox());
         unit.unit /= c_radius;
     }
     if (unit.unit == m_unit.unit && unit.middle == m_unit.middle) {

@@ -47,12 +47,12 @@ TransferEditor::TransferEditor(QWidget* parent) : QWidget(parent) {
 }
 
 void TransferEditor::SetHistogram(const std::array<std::uint64_t, 256>& counts) {
-    const double largest = static_cast<double>(*std::max_element(counts.begin(), counts.end()));
+    const auto largest = static_cast<double>(*std::max_element(counts.begin(), counts.end()));
     for (std::size_t i = 0; i < counts.size(); ++i) {
         // By logarithm: air is most of a scan.
         m_bars[i] = largest > 0.0 ? std::log1p(static_cast<double>(counts[i])) / std::log1p(largest) : 0.0;
     }
-    HistogramOf(counts).binarize(&m_peaks[0], &m_peaks[1]);
+    HistogramOf(counts).binarize(m_peaks.data(), m_peaks.data() + 1);
     update();
 }
 
@@ -289,14 +289,14 @@ void TransferEditor::keyPressEvent(QKeyEvent* event) {
 
 bool TransferEditor::event(QEvent* event) {
     if (event->type() == QEvent::ToolTip) {
-        const auto* const help = static_cast<QHelpEvent*>(event);
-        const auto index = PointAt(help->pos());
+        const auto& help = dynamic_cast<QHelpEvent&>(*event);
+        const auto index = PointAt(help.pos());
         const QString text = index ? tr("Intensity %1, opacity %2")
                                          .arg(m_curve.GetPoints()[*index].intensity, 0, 'f', 1)
                                          .arg(double{m_curve.GetPoints()[*index].color.a}, 0, 'g', 3)
                                    : tr("Drag points to move them. Double-click for a new point, on a point for its "
                                         "colour; right-click removes it.");
-        QToolTip::showText(help->globalPos(), text, this);
+        QToolTip::showText(help.globalPos(), text, this);
         return true;
     }
     return QWidget::event(event);

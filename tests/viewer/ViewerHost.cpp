@@ -85,30 +85,33 @@ QImage ViewerHost::Picture(QWidget& widget) {
     return QGuiApplication::primaryScreen()->grabWindow(widget.winId()).toImage().convertToFormat(QImage::Format_RGB32);
 }
 
-// The background is the same along a row.
-int ViewerHost::CountForeground(const QImage& picture) {
-    int count = 0;
-    for (int y = 0; y < picture.height(); ++y) {
-        const QRgb background = picture.pixel(picture.width() - 1, y);
-        for (int x = 0; x < picture.width(); ++x) {
-            const QRgb pixel = picture.pixel(x, y);
-            const int difference = std::abs(qRed(pixel) - qRed(background)) +
-                                   std::abs(qGreen(pixel) - qGreen(background)) +
-                                   std::abs(qBlue(pixel) - qBlue(background));
-            count += difference > 12 ? 1 : 0;
-        }
-    }
-    return count;
+namespace {
+
+int Difference(QRgb a, QRgb b) {
+    return std::abs(qRed(a) - qRed(b)) + std::abs(qGreen(a) - qGreen(b)) + std::abs(qBlue(a) - qBlue(b));
 }
 
-int ViewerHost::CountDifferent(const QImage& a, const QImage& b) {
+} // namespace
+
+// The background is the same along a row.
+int ViewerHost::CountForeground(const QImage& picture) {
+    QImage background = picture;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            background.setPixel(x, y, picture.pixel(picture.width() - 1, y));
+        }
+    }
+    return CountDifferent(picture, background, 12);
+}
+
+int ViewerHost::CountDifferent(const QImage& a, const QImage& b, int tolerance) {
     if (a.size() != b.size()) {
         return a.width() * a.height();
     }
     int count = 0;
     for (int y = 0; y < a.height(); ++y) {
         for (int x = 0; x < a.width(); ++x) {
-            count += a.pixel(x, y) != b.pixel(x, y) ? 1 : 0;
+            count += Difference(a.pixel(x, y), b.pixel(x, y)) > tolerance ? 1 : 0;
         }
     }
     return count;

@@ -37,7 +37,7 @@ public:
     // What the screen shows of the widget, and how many of its pixels differ clearly from a frame's background.
     static QImage Picture(QWidget& widget);
     static int CountForeground(const QImage& picture);
-    static int CountDifferent(const QImage& a, const QImage& b);
+    static int CountDifferent(const QImage& a, const QImage& b, int tolerance = 0); // sum of red, green and blue
 
     static int GlErrors();
 
