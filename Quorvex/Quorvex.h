@@ -10,6 +10,7 @@
 #include <Quorvex/core/Extensions.h>
 #include <Quorvex/core/Facade.h>
 #include <Quorvex/core/Matrix44d.h>
+#include <Quorvex/core/ReadProgress.h>
 #include <Quorvex/core/Vectors.h>
 #include <Quorvex/frame/FrameBuffer.h>
 #include <Quorvex/frame/RenderFrame.h>
@@ -25,6 +26,7 @@
 #include <Quorvex/overlay/OverlayData.h>
 #include <Quorvex/overlay/Point.h>
 #include <Quorvex/overlay/Text.h>
+#include <Quorvex/platform/AviTypes.h>
 #include <Quorvex/platform/Handles.h>
 #include <Quorvex/scene/ObjectList.h>
 #include <Quorvex/scene/ObjectTypes.h>

@@ -2,9 +2,11 @@
 
 # Debian packages, every one that the project uses.
 packages_build=(g++ cmake ninja-build pkg-config ccache libgl-dev libopengl-dev libegl-dev libx11-dev
-    libfreetype-dev libfontconfig-dev libfast-float-dev libcli11-dev libfmt-dev nlohmann-json3-dev libpng-dev)
+    libfreetype-dev libfontconfig-dev libavformat-dev libavcodec-dev
+    libavutil-dev libswscale-dev libfast-float-dev libcli11-dev libfmt-dev nlohmann-json3-dev libpng-dev)
 packages_drawing=(libgl1 libegl1 libegl-mesa0 libgl1-mesa-dri fontconfig fonts-liberation)
-packages_test=(git python3 binutils libgtest-dev libgmock-dev libbenchmark-dev xvfb libxtst-dev
+packages_viewer=(qt6-base-dev qt6-qpa-plugins libglfw3-dev libxrandr-dev)
+packages_test=(git python3 binutils libgtest-dev libgmock-dev libbenchmark-dev ffmpeg xvfb libxtst-dev
     clang libclang-rt-dev clang-format clang-tidy)
 packages_windows=(g++-mingw-w64-x86-64-posix wine64 wine googletest libglx-mesa0)
 

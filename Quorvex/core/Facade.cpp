@@ -8,6 +8,7 @@
 #include <Quorvex/mesh/MeshRenderer.h>
 #include <Quorvex/platform/Gl.h>
 #include <Quorvex/platform/Messages.h>
+#include <Quorvex/platform/Video.h>
 #include <Quorvex/platform/WindowSystem.h>
 #include <Quorvex/volume/VolumeRenderer.h>
 
@@ -47,7 +48,11 @@ bool Quorvex::Init(HWND window, HDC deviceContext) {
     if (s_hRenderContextMultiThread == nullptr) {
         return false;
     }
-    return platform::MakeCurrent(deviceContext, s_hRenderContext) && InitGL();
+    if (!platform::MakeCurrent(deviceContext, s_hRenderContext)) {
+        return false;
+    }
+    platform::InitVideo();
+    return InitGL();
 }
 
 bool Quorvex::Init(HWND window) {
@@ -76,6 +81,7 @@ bool Quorvex::InitGL() {
 }
 
 void Quorvex::Release() {
+    platform::ReleaseVideo();
     ReleaseGL();
     if (s_hRenderContext != nullptr) {
         platform::DeleteContext(s_hRenderContext);
@@ -90,6 +96,10 @@ void Quorvex::ReleaseGL() {
 bool Quorvex::CheckGLExtension(const char* names) {
     const char* extensions = GetGLExtensionString();
     return AreExtensionTokens(extensions != nullptr ? extensions : "", names);
+}
+
+std::vector<ICINFO> Quorvex::GetInstalledAVICodecs() {
+    return platform::InstalledCodecs();
 }
 
 const char* Quorvex::GetGLExtensionString() {

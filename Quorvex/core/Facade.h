@@ -1,8 +1,10 @@
 #pragma once
 
 #include <list>
+#include <vector>
 
 #include <Quorvex/core/Export.h>
+#include <Quorvex/platform/AviTypes.h>
 #include <Quorvex/platform/Handles.h>
 
 namespace KOVA::Quorvex {
@@ -47,6 +49,13 @@ public:
     // The driver's extension string; the names that one capability bit stands for, null for bits without.
     static const char* GetGLExtensionString();
     static const char* GetGLExtensionString(unsigned int bit);
+
+    // The codecs that RenderFrame's recordings can be compressed with. Those that are known to the system but cannot be
+    // opened (they belong to hardware that is missing, for instance) are listed too, without a description. Where
+    // several have the same code, a recording takes the first that can be opened. On Linux they are FFmpeg's, each
+    // encoder by itself (szDriver is its name), after "DIB ", which does not compress. Finding out takes some tenths of
+    // a second; no context is needed.
+    static std::vector<ICINFO> GetInstalledAVICodecs();
 
     static HDC GetDeviceContext() { return s_hDeviceContext; }
     static HGLRC GetRenderContext() { return s_hRenderContext; }

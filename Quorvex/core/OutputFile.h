@@ -2,15 +2,14 @@
 
 #include <cstddef>
 #include <cstdio>
-#include <filesystem>
 #include <memory>
+
+#include <Quorvex/core/OutputPlace.h>
 
 namespace KOVA::Quorvex {
 
-// Writes a file so that its name stands for the whole of it or for what was there before, never for a part. The bytes
-// go to a temporary file in the same directory, which takes over the name at the end. Symbolic links are followed; an
-// existing file keeps its permissions and must be writable. Where that way is closed (devices and pipes; a directory
-// in which no file can be made) the target is written directly, and emptied when the writing fails.
+// Writes a file so that its name stands for the whole of it or for what was there before, never for a part: see
+// OutputPlace.
 class OutputFile {
 public:
     OutputFile() = default;
@@ -28,18 +27,13 @@ public:
     bool Commit();
 
 private:
-    bool OpenTarget();
-    bool OpenTemporary(const std::filesystem::path& directory);
-    bool OpenDirectly();
     void Discard();
 
     static constexpr std::size_t s_bufferBytes = std::size_t{1} << 16; // callers write in small pieces, too
     std::unique_ptr<char[]> m_buffer;
     std::FILE* m_file = nullptr;
     bool m_failed = false;
-    bool m_regular = false;            // the target is, or will be, a regular file
-    std::filesystem::path m_target;    // behind all symbolic links; empty while no file is being written
-    std::filesystem::path m_temporary; // empty when the target is written directly
+    OutputPlace m_place;
 };
 
 } // namespace KOVA::Quorvex

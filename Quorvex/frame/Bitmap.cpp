@@ -5,6 +5,8 @@
 #include <limits>
 #include <vector>
 
+#include <Quorvex/core/PixelOrder.h>
+
 namespace KOVA::Quorvex {
 
 namespace {
@@ -50,14 +52,6 @@ void WriteHeaders(unsigned char* file, std::uint32_t width, std::uint32_t height
     }
 }
 
-void ConvertRow(const unsigned char* rgba, unsigned int width, unsigned char* out) {
-    for (std::size_t column = 0; column < width; ++column) {
-        out[column * 3] = rgba[column * 4 + 2];
-        out[column * 3 + 1] = rgba[column * 4 + 1];
-        out[column * 3 + 2] = rgba[column * 4];
-    }
-}
-
 } // namespace
 
 bool EncodeBitmap(const unsigned char* rgba, unsigned int width, unsigned int height, const BitmapSink& sink) {
@@ -80,7 +74,7 @@ bool EncodeBitmap(const unsigned char* rgba, unsigned int width, unsigned int he
     for (std::size_t first = 0; first < height; first += rowsPerBlock) {
         const std::size_t rows = std::min<std::size_t>(rowsPerBlock, height - first);
         for (std::size_t row = 0; row < rows; ++row) {
-            ConvertRow(rgba + (first + row) * width * 4, width, block.data() + row * rowBytes);
+            ConvertToBgr(rgba + (first + row) * width * 4, width, block.data() + row * rowBytes);
         }
         if (!sink(block.data(), rows * rowBytes)) {
             return false;

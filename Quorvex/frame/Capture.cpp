@@ -6,8 +6,10 @@
 #include <Quorvex/core/OpenGL.h>
 #include <Quorvex/core/OutputFile.h>
 #include <Quorvex/frame/Bitmap.h>
+#include <Quorvex/frame/BusyFrames.h>
 #include <Quorvex/frame/RenderFrame.h>
 #include <Quorvex/frame/Resample.h>
+#include <Quorvex/platform/Gl.h>
 #include <Quorvex/platform/Memory.h>
 
 namespace KOVA::Quorvex {
@@ -35,8 +37,6 @@ private:
 
 } // namespace
 
-// The interface takes the path by value.
-// NOLINTNEXTLINE(performance-unnecessary-value-param)
 bool RenderFrame::RenderToBitmap(std::string path, unsigned int width, unsigned int height) {
     if (width % 4 != 0) {
         return false;
@@ -72,12 +72,20 @@ std::unique_ptr<unsigned char[]> RenderFrame::CapturePicture(unsigned int width,
     if (m_view == nullptr || width == 0 || height == 0 || !Quorvex::CheckQXExtension(CAPABILITY_FRAME_BUFFER)) {
         return nullptr;
     }
-    const FittedAntiAliasing fitted(m_antiAliasing, width, height);
-    if (!Render(true, width, height)) {
+    if (!DrawCapture({width, height}, true)) {
         Render(); // interrupted by something that wants to be seen
         return nullptr;
     }
     return ReadComposedPicture(width, height);
+}
+
+bool RenderFrame::DrawCapture(Size size, bool show) {
+    const FittedAntiAliasing fitted(m_antiAliasing, size.width, size.height);
+    if (show) {
+        return Render(true, size.width, size.height);
+    }
+    return FindBusyFrame() == nullptr && platform::MakeCurrent(m_deviceContext, Quorvex::s_hRenderContext) &&
+           DrawGL(size.width, size.height, true);
 }
 
 std::unique_ptr<unsigned char[]> RenderFrame::ReadComposedPicture(unsigned int width, unsigned int height) const {

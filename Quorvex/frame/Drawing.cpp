@@ -104,7 +104,9 @@ bool RenderFrame::DrawGL(unsigned int width, unsigned int height, bool quality) 
     m_progress = 0.0F;
     m_objectsDone = 0.0F;
     m_progressLine = 0;
+    m_stopped = false;
     m_nextPoll = 0.0;
+    m_waitingRequest = Quorvex::BreakRendering() ? Quorvex::s_jobFast.back() : nullptr;
     const PassScope scope(m_busy, m_passDuration, m_counterFrequency);
 
     SetUpLight();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -14,7 +15,12 @@
 
 namespace KOVA::Quorvex {
 
+class Recording;
 class View;
+
+namespace platform {
+struct CodecOptions;
+}
 
 // How the pictures of the two eyes come into one. Rows are counted from the bottom of the picture, columns from its
 // left side, both from 0.
@@ -95,6 +101,10 @@ public:
     bool Progress(float fraction);
     bool ProgressObject();
 
+    // What Progress would answer, without letting input through: whether a redraw was requested since the pass began,
+    // or the frame was aborted.
+    bool IsStopRequested() const;
+
     // The frame is never drawn again by the scheduler.
     void AbortRendering() { m_abort = true; }
     bool IsAborted() const { return m_abort; }
@@ -109,6 +119,47 @@ public:
     // larger or smaller because of the anti-aliasing factor is resampled to the size asked for. On failure pixels stays
     // as it was.
     bool RenderToPixels(std::vector<unsigned char>& pixels, unsigned int width, unsigned int height);
+
+    // Recordings: AVI files of 25 quality passes a second, each a key frame, with all that is drawn besides the scene.
+    // They need frame-buffer objects. A file takes its name when it is complete; until then what stood there before is
+    // untouched, and after a failure it stays so. An open recording keeps its size whatever becomes of the window. A
+    // pass that new input interrupts is drawn again after the input has had its fast pass.
+    //
+    // The codec is the one that was set last by AVISetCodec or AVIStart: a code of four characters, the first one in
+    // the lowest byte, of Quorvex::GetInstalledAVICodecs, or "DIB " for frames that are not compressed. Without one, or
+    // with 0, the user is asked, at the first recording: on Windows in the system's dialog, elsewhere by the host's
+    // chooser (see SetCodecChooser); without a chooser it is Motion JPEG, or uncompressed where that is missing.
+
+    // Begins a recording of the size of the window, rounded down to multiples of 4; codec 0 stands for the one that is
+    // set. A recording that is open is finished first. False when the file cannot be written, the codec cannot be
+    // opened, the user cancels, or the window is too small.
+    bool AVIStart(std::string path, unsigned long codec);
+
+    // Draws a quality pass, shows it and adds it to the recording. Returns the number of frames recorded since
+    // AVIStart: it has not grown when the frame could not be drawn or recorded, and never does without a recording. A
+    // full disk may be noticed a few frames late. On Windows a file holds 2 GiB; then it is full but good.
+    int AddAviFrame();
+
+    // Finishes the recording. True when there is none, or all of it has been written; else there is no file.
+    bool AVIStop();
+
+    // For the next recordings; true. Whether there is such a codec is seen when one begins.
+    bool AVISetCodec(unsigned long handler);
+
+    // Records a whole turn of the camera: before each frame the view turns by 2 pi / frames about an axis through the
+    // world's origin (see View::RotateWorld), so that the last one shows what was seen before. Width and height are
+    // those of the frames, multiples of 4. While the call lasts AVIIsHighQuality is true and the scheduler leaves this
+    // frame alone; afterwards it is asked to show the view in the window again. False, and no file is left, when the
+    // recording cannot be begun (as for AVIStart), cannot be written in full, or a frame cannot be drawn because the
+    // frame was aborted or released meanwhile; a recording that the host stops (AVIStop) from a message that a pass
+    // lets through is kept, but the answer is false.
+    bool AVIRotate(std::string path, unsigned int width, unsigned int height, const Vector3f& axis,
+                   unsigned int frames);
+
+    // The same for an animation of the host's: before each frame (0 to frames - 1) it calls callback(user, frame,
+    // frames), which changes the scene or the view. False without a callback.
+    bool AVIAnimate(std::string path, unsigned int width, unsigned int height, unsigned int frames,
+                    void (*callback)(void* user, unsigned int frame, unsigned int frames), void* user);
 
     // The mesh that is nearest under a pixel of the window, origin at the top left; null when there is none. Hidden
     // meshes and those of nested groups are not found; a mesh that is drawn as lines or points is found where these
@@ -185,6 +236,7 @@ public:
     // world's coordinates; for hosts that bring their scenes to another size or place.
     void SetGridUnit(double unit, double originX, double originY, double originZ);
 
+    // While AVIRotate or AVIAnimate records.
     bool AVIIsHighQuality() const { return m_aviHighQuality; }
     bool SupportsStencil() const;
 
@@ -232,7 +284,6 @@ private:
     static Size EyeSize(StereoMode mode, Size internal);
     void ComposeAnaglyph(const FrameBuffer& left, const FrameBuffer& right);
     static void ComposeInterleaved(StereoMode mode, const FrameBuffer& left, const FrameBuffer& right);
-    bool IsStopRequested() const;
     void ShowProgressLine(double now);
     bool LetInputThrough();
     void DrawLastPicture() const;
@@ -244,6 +295,15 @@ private:
     // failure.
     std::unique_ptr<unsigned char[]> CapturePicture(unsigned int width, unsigned int height);
     std::unique_ptr<unsigned char[]> ReadComposedPicture(unsigned int width, unsigned int height) const;
+
+    // A quality pass for a picture to keep, shown in the window or not. False as DrawGL, and without a context.
+    bool DrawCapture(Size size, bool show);
+
+    class SelfRecording;
+    bool OpenRecording(const std::string& path, Size size, unsigned long codec);
+    std::unique_ptr<unsigned char[]> DrawRecordedPicture(const Recording* recording, Size size, bool show);
+    bool RecordFrames(const std::string& path, Size size, unsigned int frames,
+                      const std::function<void(unsigned int frame)>& prepare);
 
     FrameBuffer m_leftBuffer;
     FrameBuffer m_rightBuffer;
@@ -260,6 +320,10 @@ private:
     StereoMode m_stereoMode = STEREO_NONE;
     float m_stereoEffect = 0.08F;
     bool m_aviHighQuality = false;
+    std::shared_ptr<Recording> m_recording;                       // open; null when there is none
+    std::shared_ptr<const platform::CodecOptions> m_codecOptions; // for recordings; null when none was chosen
+    unsigned int m_aviFrames = 0;                                 // recorded
+    Size m_aviSize{0, 0};                                         // in which AddAviFrame records
     unsigned int m_screenWidth = 10;
     unsigned int m_screenHeight = 10;
     View* m_view = nullptr;
@@ -280,9 +344,11 @@ private:
     Vector3f m_lightTransformed{0.0F, 0.0F, 0.0F};
     WNDPROC m_previousProcedure = nullptr;
     float m_progress = 0.0F;
+    bool m_stopped = false;                                 // the pass was told to stop
     int m_progressLine = 0;                                 // pixels shown of it
     double m_nextLine = 0.0;                                // counter from which it is due again
     double m_nextPoll = 0.0;                                // counter from which messages are looked for
+    const RenderFrame* m_waitingRequest = nullptr;          // the last one that waited when the pass began
     std::shared_ptr<const unsigned int> m_grayScaleProgram; // program object, made at first use, shared by copies
     double m_counterFrequency;
     double m_passDuration = 0.0;

@@ -59,6 +59,7 @@ bool RenderFrame::Progress(float fraction) {
     const unsigned int objects = GetNumObjects();
     m_progress = PassProgress(fraction, m_objectsDone, objects, m_stereoMode != STEREO_NONE);
     if (IsStopRequested()) {
+        m_stopped = true;
         return true;
     }
     const auto now = static_cast<double>(platform::CounterNow());
@@ -70,22 +71,29 @@ bool RenderFrame::Progress(float fraction) {
     }
     const bool stop = LetInputThrough();
     m_nextPoll = static_cast<double>(platform::CounterNow()) + m_counterFrequency * POLL_SECONDS;
+    m_stopped = m_stopped || stop;
     return stop;
 }
 
+// What was waiting when a pass began goes on waiting: a host that asks for a redraw and then for a capture gets both.
 bool RenderFrame::IsStopRequested() const {
-    return Quorvex::BreakRendering() || m_abort;
+    const bool newRequest = Quorvex::BreakRendering() && !(m_busy && Quorvex::s_jobFast.back() == m_waitingRequest);
+    return newRequest || m_abort;
 }
 
 // A step that can be seen is shown at once, smaller ones a few at a time: each costs a message to the window system.
 void RenderFrame::ShowProgressLine(double now) {
-    const int end = ProgressLineEnd(m_screenWidth, m_progress);
-    const bool visible = std::abs(end - m_progressLine) >= static_cast<int>(m_screenWidth / VISIBLE_STEPS) + 1;
+    // While a recording is open the line keeps to the part of the window that its pictures show.
+    const unsigned int whole = m_recording != nullptr ? 4 : 1;
+    const unsigned int width = m_screenWidth / whole * whole;
+    const unsigned int height = m_screenHeight / whole * whole;
+    const int end = ProgressLineEnd(width, m_progress);
+    const bool visible = std::abs(end - m_progressLine) >= static_cast<int>(width / VISIBLE_STEPS) + 1;
     if (end == m_progressLine || (!visible && now < m_nextLine)) {
         return;
     }
     const ColorRGBA& bottom = m_backgroundBottom;
-    platform::DrawProgressLine(m_deviceContext, end, static_cast<int>(m_screenHeight) - 1,
+    platform::DrawProgressLine(m_deviceContext, end, static_cast<int>(height) - 1,
                                bottom.r + bottom.g + bottom.b >= BRIGHT_BACKGROUND);
     m_progressLine = end;
     m_nextLine = now + m_counterFrequency * LINE_SECONDS;

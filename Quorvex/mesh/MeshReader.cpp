@@ -33,14 +33,17 @@ stl::Triangles ReadEither(const platform::InputFile& file) {
 }
 
 // What read makes of the file, or an empty mesh from fail.
-Mesh ReadFile(const char* path, stl::Triangles (*read)(const platform::InputFile&), Mesh (*fail)(MRError)) {
+Mesh ReadFile(const char* path, stl::Triangles (*read)(const platform::InputFile&), Mesh (*fail)(MRError),
+              ReadProgress* progress = nullptr) {
     platform::InputFile file;
     if (!file.Open(path)) {
         return fail(MR_OPEN_FAILED);
     }
+    file.Report(progress);
+    const auto cancelled = [progress] { return progress != nullptr && progress->IsCancelled(); };
     try {
         stl::Triangles triangles = read(file);
-        if (triangles) {
+        if (triangles && !cancelled()) {
             Mesh mesh(*triangles.data);
             (void)triangles.data.release(); // the mesh and its copies delete it now
             MeshReader::s_eError = MR_NO_ERROR;
@@ -49,7 +52,7 @@ Mesh ReadFile(const char* path, stl::Triangles (*read)(const platform::InputFile
     } catch (const std::bad_alloc&) {
     }
     file.Close();
-    return fail(MR_READ_FAILED);
+    return fail(cancelled() ? MR_CANCELLED : MR_READ_FAILED);
 }
 
 } // namespace
@@ -73,6 +76,12 @@ Mesh MeshReader::ReadSTLBinary(const char* path) {
 
 Mesh MeshReader::ReadSTLTolerant(const char* path) {
     return ReadFile(path, stl::ReadTolerantTriangles, ReadFailure);
+}
+
+Mesh MeshReader::ReadSTLWatched(const char* path, ReadProgress& progress) {
+    Mesh mesh = ReadFile(path, stl::ReadTolerantTriangles, ReadFailure, &progress);
+    progress.Finish();
+    return mesh;
 }
 
 } // namespace KOVA::Quorvex

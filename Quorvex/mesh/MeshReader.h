@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include <Quorvex/core/Export.h>
+#include <Quorvex/core/ReadProgress.h>
 #include <Quorvex/mesh/Mesh.h>
 
 namespace KOVA::Quorvex {
@@ -10,9 +11,10 @@ namespace KOVA::Quorvex {
 // The outcome of the last call of MeshReader.
 enum MRError : std::uint32_t {
     MR_NO_ERROR = 0,
-    MR_OPEN_FAILED = 1,       // the file could not be opened
-    MR_READ_FAILED = 2,       // the file ended early or holds fewer triangles than it announces
-    MR_UNSUPPORTED_FORMAT = 3 // the file's contents are of a kind that is not supported
+    MR_OPEN_FAILED = 1,        // the file could not be opened
+    MR_READ_FAILED = 2,        // the file ended early or holds fewer triangles than it announces
+    MR_UNSUPPORTED_FORMAT = 3, // the file's contents are of a kind that is not supported
+    MR_CANCELLED = 4           // the host asked for the end, see ReadProgress
 };
 
 // Reads STL files. A mesh that was read has three vertices and three normals of its own for every triangle, in the
@@ -43,6 +45,9 @@ public:
     // missing, zero or no numbers are computed from the corners. MR_READ_FAILED when there is no STL to be found in it,
     // or none of its facets is of use.
     static Mesh ReadSTLTolerant(const char* path);
+
+    // The same while other threads look how far it has come, and may end it: MR_CANCELLED then.
+    static Mesh ReadSTLWatched(const char* path, ReadProgress& progress);
 
     static MRError GetError() { return s_eError; }
 

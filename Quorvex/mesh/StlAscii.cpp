@@ -96,6 +96,7 @@ bool AsciiReader::CountBlock(std::size_t index) {
 }
 
 bool AsciiReader::Count() {
+    m_file.WillBeRead(2); // here and for the facets
     constexpr std::size_t mostBlocks = 65536;
     const auto bytes = static_cast<std::uint64_t>(std::max<std::int64_t>(m_file.Size() - m_start, 0));
     m_options.blockBytes = std::max(m_options.blockBytes, static_cast<std::size_t>(bytes / mostBlocks));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Quorvex/core/Export.h>
+#include <Quorvex/platform/AviTypes.h>
 #include <Quorvex/platform/Handles.h>
 
 // For hosts: how native windows become window handles of the library, and how the library takes part in the host's
@@ -62,8 +63,13 @@ QUORVEX_API void SetMessagePump(bool (*pump)(void* user), void* user);
 // False when the system refuses, as it does while a context of another kind is current on the thread.
 QUORVEX_API bool MakeContextCurrent(HDC deviceContext, HGLRC context);
 
+// Chooses the codec of a recording for which none is set, in place of the system's dialog on Windows and of a codec
+// that is taken unasked elsewhere. It finds a codec in fccHandler that it may leave there, and answers false to cancel
+// the recording. window is the frame's. Null restores what was before.
+QUORVEX_API void SetCodecChooser(bool (*chooser)(HWND window, AVICOMPRESSOPTIONS* options, void* user), void* user);
+
 // Receives warnings (text and a caption, both UTF-8) that would otherwise go to standard error, on Windows to a message
-// box. Null restores that.
+// box. Null restores that. It is called on the thread on which what warns was called, reading a file for instance.
 QUORVEX_API void SetWarningHandler(void (*handler)(const char* caption, const char* text, void* user), void* user);
 
 } // namespace KOVA::Quorvex

@@ -64,8 +64,6 @@ public:
         return stop;
     }
 
-    static bool IsStopping(const RenderFrame& frame) { return Quorvex::BreakRendering() || frame.IsAborted(); }
-
 private:
     RenderFrame& m_frame;
     bool m_quality;
@@ -224,7 +222,7 @@ bool ObjectTypes::Render(RenderFrame& frame, bool quality) {
     glDisable(GL_NORMALIZE);
     RenderOverlays(frame);
     for (const auto& element : m_groups.Snapshot()) {
-        if (!element->object.Render(frame, quality) && InputPoll::IsStopping(frame)) {
+        if (!element->object.Render(frame, quality) && frame.IsStopRequested()) {
             return false;
         }
     }

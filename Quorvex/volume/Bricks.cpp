@@ -21,6 +21,9 @@ void (*VolumeData::glTexImage3DEXT)(unsigned int, int, unsigned int, int, int, i
 
 namespace {
 
+constexpr int BRICK_SIZE = 32;
+constexpr int BRICK_BORDER = 2;
+
 // The second context, on the main device context, for as long as this lives; then the main one.
 class LoadingContext {
 public:
@@ -88,7 +91,11 @@ bool VolumeData::Update(STORAGE storage) {
         return false;
     }
     destroyBricks();
-    return createBricksOfSize(this, 32, 32, 32, 2);
+    return createBricksOfSize(this, BRICK_SIZE, BRICK_SIZE, BRICK_SIZE, BRICK_BORDER);
+}
+
+std::size_t VolumeData::CountBricksOfUpdate() const {
+    return bricks::CutVolume(*this, BRICK_SIZE, BRICK_SIZE, BRICK_SIZE, BRICK_BORDER).Count();
 }
 
 bool VolumeData::createBricksOfSize(const VolumeData* source, int sx, int sy, int sz, int border) {

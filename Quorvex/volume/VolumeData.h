@@ -97,6 +97,7 @@ public:
     // Cuts the volume into bricks of 32^3 voxels that overlap by two. False, and nothing done, for a storage other than
     // STORAGE_VBO.
     bool Update(STORAGE storage);
+    std::size_t CountBricksOfUpdate() const; // how many that are; needs no context
 
     // Fills this object's list with bricks of sx * sy * sz voxels, of which neighbours share border, cut out of source
     // (this object, normally), and sets the texture mapping. Bricks come in the order x fastest, then y, then z, and

@@ -157,11 +157,10 @@ float RangeOf(const RekHeader& header) {
     return range;
 }
 
-} // namespace
-
-Volume VolumeReader::ReadREK(const char* path) {
+Volume ReadFile(const char* path, ReadProgress* progress) {
     platform::InputFile file;
     Open(file, path);
+    file.Report(progress);
     const RekHeader header = ReadHeader(file);
     if (header.SampleBytes() == 0) {
         platform::ShowWarning(c_caption, "Volume must be of type unsigned 8-bit, unsigned 16-bit or float!");
@@ -181,6 +180,25 @@ Volume VolumeReader::ReadREK(const char* path) {
     Volume volume(*data);
     (void)data.release(); // the volume and its copies delete it now
     return volume;
+}
+
+} // namespace
+
+Volume VolumeReader::ReadREK(const char* path) {
+    return ReadFile(path, nullptr);
+}
+
+Volume VolumeReader::ReadREKWatched(const char* path, ReadProgress& progress) {
+    try {
+        Volume volume = ReadFile(path, &progress);
+        progress.Finish();
+        return volume;
+    } catch (const std::runtime_error&) {
+        if (progress.IsCancelled()) {
+            Fail("cancelled");
+        }
+        throw;
+    }
 }
 
 RekHeader VolumeReader::ReadREKHeader(const char* path) {

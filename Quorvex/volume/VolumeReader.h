@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Quorvex/core/Export.h>
+#include <Quorvex/core/ReadProgress.h>
 #include <Quorvex/volume/RekHeader.h>
 #include <Quorvex/volume/Volume.h>
 
@@ -22,6 +23,9 @@ public:
     // failed", "Reading of 8-bit volume failed" (16-bit, float; also for negative dimensions) or, after a warning,
     // "Volume must be of type unsigned 8-bit, unsigned 16-bit oder float!". Throws std::bad_alloc as well.
     static Volume ReadREK(const char* path);
+
+    // The same while other threads look how far it has come, and may end it: the text goes on with "cancelled" then.
+    static Volume ReadREKWatched(const char* path, ReadProgress& progress);
 
     // The header alone, unchecked. Fails as the first two steps of ReadREK do.
     static RekHeader ReadREKHeader(const char* path);

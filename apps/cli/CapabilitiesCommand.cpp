@@ -1,16 +1,14 @@
-#include <array>
 #include <memory>
 #include <string>
 #include <string_view>
 
 #include <CLI/CLI.hpp>
-#include <GL/gl.h>
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
 #include <Quorvex/core/Facade.h>
-#include <Quorvex/overlay/Text.h>
 
+#include "Capabilities.h"
 #include "Commands.h"
 #include "OffscreenSession.h"
 
@@ -18,57 +16,27 @@ namespace KOVA::Quorvex::cli {
 
 namespace {
 
-struct Named {
-    unsigned int bit;
-    std::string_view name;
-};
-
-constexpr std::array<Named, 4> c_capabilities{
-    {{1, "frame-buffer objects"}, {2, "OpenGL initialised"}, {4, "volume rendering"}, {8, "shaders"}}};
-
-// What the library asks the driver for.
-constexpr std::array<const char*, 7> c_extensions{
-    "GL_EXT_framebuffer_object", "GL_ARB_vertex_buffer_object", "GL_EXT_texture3D",           "GL_ARB_shader_objects",
-    "GL_ARB_vertex_shader",      "GL_ARB_fragment_shader",      "GL_ARB_shading_language_100"};
-
-std::string DriverString(GLenum name) {
-    const auto* text = reinterpret_cast<const char*>(glGetString(name));
-    return text != nullptr ? text : "";
-}
-
-int Limit(GLenum name) {
-    GLint value = 0;
-    glGetIntegerv(name, &value);
-    return value;
-}
-
-// Needs a font and a library that was built with a font renderer.
-bool DrawsLabels() {
-    Text label("0");
-    return label.HasTexture();
-}
-
 nlohmann::ordered_json Describe() {
     const OffscreenSession session;
+    const Capabilities found = DescribeCapabilities();
     nlohmann::ordered_json capabilities = nlohmann::ordered_json::array();
-    for (const Named& capability : c_capabilities) {
-        capabilities.push_back({{"bit", capability.bit},
-                                {"name", capability.name},
-                                {"available", Quorvex::CheckQXExtension(capability.bit)}});
+    for (const Capabilities::Bit& capability : found.bits) {
+        capabilities.push_back(
+            {{"bit", capability.bit}, {"name", capability.name}, {"available", capability.available}});
     }
     nlohmann::ordered_json extensions = nlohmann::ordered_json::object();
-    for (const char* extension : c_extensions) {
-        extensions[extension] = Quorvex::CheckGLExtension(extension);
+    for (const Capabilities::Extension& extension : found.extensions) {
+        extensions[std::string(extension.name)] = extension.available;
     }
     return {{"version", QUORVEX_VERSION},
             {"opengl",
-             {{"vendor", DriverString(GL_VENDOR)},
-              {"renderer", DriverString(GL_RENDERER)},
-              {"version", DriverString(GL_VERSION)},
-              {"max_texture_size", Limit(GL_MAX_TEXTURE_SIZE)}}},
+             {{"vendor", found.vendor},
+              {"renderer", found.renderer},
+              {"version", found.version},
+              {"max_texture_size", found.maxTextureSize}}},
             {"capability_bits", Quorvex::s_uiQXExtensions},
             {"capabilities", capabilities},
-            {"text_labels", DrawsLabels()},
+            {"text_labels", found.textLabels},
             {"extensions", extensions}};
 }
 

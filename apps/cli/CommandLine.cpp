@@ -38,22 +38,26 @@ void Parse(int argc, const char* const* argv) {
                    "  quorvex info part.stl scan.rek\n"
                    "  quorvex import scan.raw --dims 512x512x400 --type u16 -o scan.rek\n"
                    "  quorvex render part.stl -o part.png --view front --mesh-mode surface-wireframe\n"
+                   "  quorvex turntable scan.rek -o scan.avi --frames 250\n"
                    "  quorvex histogram scan.rek --plot scan.png\n"
                    "  quorvex capabilities --json\n\n"
                    "'quorvex COMMAND --help' tells more about a command. Exit code: 0 done, 1 failed, 2 wrong usage.");
     program.require_subcommand(0, 1);
     AddInfoCommand(program);
     AddRenderCommand(program);
+    AddTurntableCommand(program);
     AddImportCommand(program);
     AddHistogramCommand(program);
     AddLunkerCommand(program);
+    AddCodecsCommand(program);
     AddCapabilitiesCommand(program);
 
     try {
         program.parse(argc, argv);
         // Asked here and not by the parser, which would say so of a misspelt one too.
         if (program.get_subcommands().empty()) {
-            throw CLI::ValidationError("a command is missing: info, render, import, histogram, lunker or capabilities");
+            throw CLI::ValidationError(
+                "a command is missing: info, render, turntable, import, histogram, lunker, codecs or capabilities");
         }
     } catch (const CLI::CallForHelp& help) {
         program.exit(help); // prints the help of the command that was asked

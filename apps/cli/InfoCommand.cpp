@@ -32,14 +32,8 @@ struct FileReport {
     MeshSummary mesh;
     RekHeader header; // of volumes
     std::optional<VolumeSummary> volume;
-    int bricks = 0;
+    std::size_t bricks = 0; // the pieces that a volume is drawn in
 };
-
-// The pieces that a volume is drawn in.
-int CountBricks(const VolumeData& data) {
-    const auto along = [](std::size_t dimension) { return (dimension + 29) / 30; };
-    return static_cast<int>(along(data.getDimX()) * along(data.getDimY()) * along(data.getDimZ()));
-}
 
 FileReport Examine(const std::string& path) {
     FileReport report{path, 0, false, {}, {}, {}, 0};
@@ -47,7 +41,7 @@ FileReport Examine(const std::string& path) {
         const Volume volume = ReadVolume(path);
         report.header = VolumeReader::ReadREKHeader(path.c_str());
         report.volume = Summarize(volume.GetData());
-        report.bricks = CountBricks(volume.GetData());
+        report.bricks = volume.GetData().CountBricksOfUpdate();
     } else {
         report.mesh = Summarize(ReadModel(path).GetData());
         report.binary = IsBinaryModel(path);

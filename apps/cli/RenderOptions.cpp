@@ -173,6 +173,38 @@ Vector4d ParsePlane(std::string_view text) {
     return plane;
 }
 
+Position ParseDirection(std::string_view text) {
+    constexpr double largest = 1e6;
+    if (std::count(text.begin(), text.end(), ',') != 2) {
+        throw std::invalid_argument(fmt::format("'{}' is no direction of the form X,Y,Z", text));
+    }
+    Position direction{};
+    for (double& component : direction) {
+        component = ParseNumber(TakeField(text), -largest, largest);
+    }
+    const double length = std::hypot(direction[0], direction[1], direction[2]);
+    if (length < 1e-6) {
+        throw std::invalid_argument("an axis needs a direction: X, Y and Z are all 0");
+    }
+    for (double& component : direction) {
+        component /= length;
+    }
+    return direction;
+}
+
+unsigned long ParseCodec(std::string_view text) {
+    constexpr std::size_t characters = 4;
+    unsigned long code = 0;
+    for (std::size_t i = 0; i < characters; ++i) {
+        const char c = i < text.size() ? text[i] : ' ';
+        if (text.empty() || text.size() > characters || c < ' ' || c > '~') {
+            throw std::invalid_argument(fmt::format("'{}' is no code of a codec, such as MJPG", text));
+        }
+        code |= static_cast<unsigned long>(c) << (8 * i);
+    }
+    return code;
+}
+
 IntensityWindow ParseWindow(std::string_view text) {
     const auto level = [](std::string_view field) {
         int value = -1;
@@ -219,13 +251,24 @@ PictureFormat FormatOf(std::string_view path) {
     throw std::invalid_argument(fmt::format("'{}' ends neither in .bmp nor in .png", path));
 }
 
-void CheckTogether(const RenderOptions& options) {
+void CheckPicture(const RenderOptions& options) {
     if (FormatOf(options.output) == PictureFormat::Bmp && options.size.width % 4 != 0) {
         throw std::invalid_argument(fmt::format(
             "--size: the width of a BMP picture is a multiple of 4, not {}; a PNG takes any", options.size.width));
     }
     if (options.grid && options.side == Side::Iso) {
         throw std::invalid_argument("--grid: there is a grid in views along an axis only; choose one with --view");
+    }
+    CheckStereo(options);
+}
+
+void CheckVideo(const RenderOptions& options) {
+    if (!Lower(options.output).ends_with(".avi")) {
+        throw std::invalid_argument(fmt::format("'{}' does not end in .avi", options.output));
+    }
+    if (options.size.width % 4 != 0 || options.size.height % 4 != 0) {
+        throw std::invalid_argument(fmt::format("--size: both sides of a video are multiples of 4, not {} x {}",
+                                                options.size.width, options.size.height));
     }
     CheckStereo(options);
 }

@@ -9,11 +9,12 @@
 #include <Quorvex/frame/RenderFrame.h>
 #include <Quorvex/mesh/MeshAttribute.h>
 
+#include "Background.h"
 #include "Camera.h"
 #include "Marks.h"
 #include "VolumeLook.h"
 
-// What `quorvex render` is told, and how the texts of the command line become numbers.
+// What `quorvex render` and `quorvex turntable` are told, and how the texts of the command line become numbers.
 
 namespace KOVA::Quorvex::cli {
 
@@ -22,12 +23,6 @@ enum class PictureFormat { Bmp, Png };
 struct PictureSize {
     unsigned int width = 800;
     unsigned int height = 600;
-};
-
-// The colours of the picture's upper and lower edge.
-struct Background {
-    ColorRGBA top;
-    ColorRGBA bottom;
 };
 
 constexpr unsigned int c_maxPictureSize = 16384; // pixels each way
@@ -49,6 +44,7 @@ struct RenderOptions {
     bool axes = false;
     bool grid = false;
     Marks marks;
+    std::optional<Position> turnAxis; // about which the scene will turn in front of the camera
 };
 
 // The parsers throw std::invalid_argument with a text that says what is wrong with the value.
@@ -73,6 +69,12 @@ Vector4d ParsePlane(std::string_view text);
 // "LO,HI", whole numbers with 0 <= LO <= HI <= 255.
 IntensityWindow ParseWindow(std::string_view text);
 
+// "X,Y,Z", not all zero; of length 1 afterwards.
+Position ParseDirection(std::string_view text);
+
+// The code of a codec, up to four characters, as the library takes it; missing ones are blanks.
+unsigned long ParseCodec(std::string_view text);
+
 // "0" to "5".
 StereoMode ParseStereo(std::string_view text);
 
@@ -85,7 +87,8 @@ std::string ProjectionNames();
 std::string MeshModeNames();
 std::string VolumeModeNames();
 
-// Options that are right on their own but not together; throws std::invalid_argument.
-void CheckTogether(const RenderOptions& options);
+// Options that are right on their own but not together; throw std::invalid_argument. For a picture, and for a video.
+void CheckPicture(const RenderOptions& options);
+void CheckVideo(const RenderOptions& options);
 
 } // namespace KOVA::Quorvex::cli

@@ -1,11 +1,11 @@
 #include "Scene.h"
 
-#include <array>
 #include <functional>
 
 #include <fmt/format.h>
 
 #include "Failure.h"
+#include "MeshPlacement.h"
 #include "ModelFile.h"
 #include "ProgressBar.h"
 #include "VolumeFile.h"
@@ -14,38 +14,8 @@ namespace KOVA::Quorvex::cli {
 
 namespace {
 
-// The first is that of bare metal; the others are told apart from it and from each other, also on grey prints.
-constexpr std::array<ColorRGBA, 6> c_palette{{{0.80F, 0.82F, 0.85F},
-                                              {0.90F, 0.55F, 0.20F},
-                                              {0.30F, 0.60F, 0.85F},
-                                              {0.45F, 0.75F, 0.40F},
-                                              {0.80F, 0.35F, 0.40F},
-                                              {0.85F, 0.80F, 0.35F}}};
-
 std::array<double, 3> Widen(const Vector3f& v) {
     return {static_cast<double>(v.x), static_cast<double>(v.y), static_cast<double>(v.z)};
-}
-
-Box BoxOf(const MeshData& data) {
-    Box box = Box::Empty();
-    const Vector3f* vertices = data.GetVertexArray();
-    for (unsigned int i = 0; i < data.GetNumVertices(); ++i) {
-        const std::array<double, 3> p = Widen(vertices[i]);
-        box.Include({p, p});
-    }
-    return box;
-}
-
-void CenterAndScale(MeshData& data, const std::array<double, 3>& center, double factor) {
-    const auto moved = [factor](float value, double middle) {
-        return static_cast<float>((static_cast<double>(value) - middle) * factor);
-    };
-    Vector3f* vertices = data.GetVertexArray();
-    for (unsigned int i = 0; i < data.GetNumVertices(); ++i) {
-        Vector3f& v = vertices[i];
-        v = {moved(v.x, center[0]), moved(v.y, center[1]), moved(v.z, center[2])};
-    }
-    data.UpdateMetrics();
 }
 
 Mesh LoadMesh(const std::string& file, std::size_t number, Box& all) {
@@ -58,7 +28,7 @@ Mesh LoadMesh(const std::string& file, std::size_t number, Box& all) {
         throw Failure(fmt::format("'{}' has coordinates that are not finite", file));
     }
     all.Include(box);
-    mesh.GetAttribute().SetColor(c_palette[number % c_palette.size()]);
+    mesh.GetAttribute().SetColor(PartColor(number));
     return mesh;
 }
 
@@ -76,16 +46,9 @@ std::vector<std::reference_wrapper<Position>> PositionsOf(Marks& marks) {
 
 // The scene's unit and middle are those of the common box, or of the first volume's voxels.
 void ChooseUnit(Scene& scene) {
-    if (scene.volumes.empty()) {
-        const double radius = scene.box.Radius();
-        scene.unit = radius > 0.0 ? radius : 1.0;
-        scene.middle = scene.box.Center();
-        return;
-    }
-    const VolumeData& data = scene.volumes.front().GetData();
-    const auto middle = [](std::size_t voxels) { return (static_cast<double>(voxels) - 1.0) / 2.0; };
-    scene.unit = 0.5 / static_cast<double>(data.getVoxelSize());
-    scene.middle = {middle(data.getDimX()), middle(data.getDimY()), middle(data.getDimZ())};
+    const SceneUnit unit = scene.volumes.empty() ? UnitOf(scene.box) : UnitOf(scene.volumes.front().GetData());
+    scene.unit = unit.unit;
+    scene.middle = unit.middle;
 }
 
 // From the coordinates of the files to those of the scene.

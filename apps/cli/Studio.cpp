@@ -4,6 +4,8 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
+#include <numbers>
+#include <optional>
 
 #include <fmt/format.h>
 
@@ -48,11 +50,6 @@ std::string AboveTheMiddle(const std::string& label) {
     return raised;
 }
 
-bool ShowsLines(MeshAttribute::RenderMode mode) {
-    return mode == MeshAttribute::RENDER_WIREFRAME || mode == MeshAttribute::RENDER_HIDDEN_LINE ||
-           mode == MeshAttribute::RENDER_POINTS;
-}
-
 // Lines and points are as wide as they would be without anti-aliasing.
 float LineWidth(const RenderOptions& options, double antiAliasing) {
     const double points = options.meshMode == MeshAttribute::RENDER_POINTS ? 2.0 : 1.0;
@@ -63,21 +60,7 @@ Background BackgroundOf(const RenderOptions& options, bool volumes) {
     if (options.backgroundGiven) {
         return options.background;
     }
-    // The largest intensity is seen where it is brighter than the background, the smallest where it is darker.
-    if (volumes && options.volumes.mode == VolumeAttribute::MaximumIntensity) {
-        return {{0.0F, 0.0F, 0.0F}, {0.0F, 0.0F, 0.0F}};
-    }
-    if (volumes && options.volumes.mode == VolumeAttribute::MinimumIntensity) {
-        return {{1.0F, 1.0F, 1.0F}, {1.0F, 1.0F, 1.0F}};
-    }
-    // X-ray pictures add light to the background: the darker it is, the more they can show.
-    if (options.meshMode == MeshAttribute::RENDER_XRAY) {
-        return {{0.0F, 0.0F, 0.0F}, {0.0F, 0.0F, 0.0F}};
-    }
-    if (ShowsLines(options.meshMode)) {
-        return {{0.06F, 0.08F, 0.12F}, {0.22F, 0.26F, 0.33F}};
-    }
-    return {{0.16F, 0.20F, 0.30F}, {0.62F, 0.67F, 0.75F}};
+    return SuitableBackground(options.meshMode, volumes ? std::optional(options.volumes.mode) : std::nullopt);
 }
 
 double Brightness(const Background& background) {
@@ -124,12 +107,7 @@ Studio::Studio(const OffscreenSession& session, const Scene& scene, const Render
         m_box = m_box.Enlarged(c_roomForNumbers);
     }
     SetScale(1.0);
-    for (const Mesh* mesh : m_meshes) {
-        if (ShowsLines(options.meshMode)) {
-            LightLines(mesh->GetData(), m_view);
-        }
-        mesh->GetData().Update(STORAGE_VBO);
-    }
+    LightLinesForView();
     if (options.meshMode == MeshAttribute::RENDER_XRAY && !m_hasVolumes) { // which have one size only
         ExposeXRay();
     }
@@ -138,6 +116,69 @@ Studio::Studio(const OffscreenSession& session, const Scene& scene, const Render
     if (options.stereo != STEREO_NONE) {
         SetUpStereo();
     }
+}
+
+// Uploads the meshes, with the normals that lines and points need to be seen from where the viewer is now.
+void Studio::LightLinesForView() {
+    const bool first = m_normals.empty();
+    for (std::size_t i = 0; i < m_meshes.size(); ++i) {
+        MeshData& data = m_meshes[i]->GetData();
+        if (ShowsLines(m_options.meshMode)) {
+            Vector3f* const normals = data.GetNormalArray();
+            if (first) {
+                m_normals.emplace_back(normals, normals + (normals != nullptr ? data.GetNumVertices() : 0));
+            } else {
+                std::copy(m_normals[i].begin(), m_normals[i].end(), normals);
+            }
+            LightLines(data, m_view);
+        } else if (!first) {
+            continue;
+        }
+        data.Update(STORAGE_VBO);
+    }
+}
+
+void Studio::Turn(unsigned int pictures) {
+    const Position& axis = *m_options.turnAxis;
+    m_view.RotateWorld({static_cast<float>(axis[0]), static_cast<float>(axis[1]), static_cast<float>(axis[2]),
+                        static_cast<float>(2.0 * std::numbers::pi / pictures)});
+    PlaceMarks(m_scale);
+    if (ShowsLines(m_options.meshMode)) {
+        LightLinesForView();
+    }
+}
+
+void Studio::Record(const std::string& path, unsigned long codec, unsigned int pictures,
+                    const std::function<bool(unsigned int)>& next) {
+    struct Session {
+        Studio& studio;
+        const std::function<bool(unsigned int)>& next;
+        bool begun = false;
+        bool ended = false;
+    } session{*this, next};
+    const auto step = [](void* user, unsigned int picture, unsigned int all) {
+        auto& s = *static_cast<Session*>(user);
+        s.begun = true;
+        s.ended = s.ended || !s.next(picture);
+        if (s.ended) {
+            s.studio.m_frame.AbortRendering();
+        } else {
+            s.studio.Turn(all);
+        }
+    };
+    m_frame.AVISetCodec(codec);
+    if (m_frame.AVIAnimate(path, m_options.size.width, m_options.size.height, pictures, step, &session)) {
+        return;
+    }
+    if (session.ended) {
+        throw Failure(fmt::format("interrupted; '{}' was not written", path));
+    }
+    if (!session.begun) {
+        throw Failure(fmt::format("a video of {} x {} pixels cannot be begun with this codec; 'quorvex codecs' lists "
+                                  "those there are",
+                                  m_options.size.width, m_options.size.height));
+    }
+    throw Failure(fmt::format("cannot write '{}': the video could not be written in full", path));
 }
 
 void Studio::SetUpStereo() {
@@ -189,6 +230,7 @@ void Studio::DrawToBitmap(const std::string& path) {
 
 // Camera and objects together, so that the picture stays the same: only depths in eye space change.
 void Studio::SetScale(double scale) {
+    m_scale = scale;
     for (Mesh* mesh : m_meshes) {
         Matrix44d& transform = mesh->GetAttribute().GetTransformRef();
         transform.SetIdentity();
@@ -196,7 +238,9 @@ void Studio::SetScale(double scale) {
         transform.Scale({s, s, s});
     }
     const double aspect = static_cast<double>(m_options.size.width) / static_cast<double>(m_options.size.height);
-    Load(FitCamera(m_box.Scaled(scale), {m_options.side, m_options.projection, m_options.fovDegrees, aspect}), m_view);
+    Load(FitCamera(m_box.Scaled(scale),
+                   {m_options.side, m_options.projection, m_options.fovDegrees, aspect, m_options.turnAxis}),
+         m_view);
     PlaceMarks(scale);
     m_frame.SetGridUnit(m_unit / scale, m_middle[0], m_middle[1], m_middle[2]);
 }
@@ -207,11 +251,11 @@ void Studio::PlaceMarks(double scale) {
     const auto placed = [this, scale, lift, parallel](const Position& p) {
         const Vector3f place(static_cast<float>(p[0] * scale), static_cast<float>(p[1] * scale),
                              static_cast<float>(p[2] * scale));
-        return place + Normalize(parallel ? m_view.getZVector() : m_view.getPosition() - place) * lift;
+        return place + Normalize(parallel ? TowardsViewer(m_view) : m_view.getPosition() - place) * lift;
     };
     // Labels are made for the middle of what the camera sees: nearer ones would come out larger, farther ones smaller.
     const auto adjust = [this, parallel](Text& label, const Vector3f& place) {
-        const float depth = DotProduct(m_view.getPosition() - place, m_view.getZVector());
+        const float depth = DotProduct(m_view.getPosition() - place, TowardsViewer(m_view));
         label.AdjustSize(parallel ? 1.0F : 2.0F * depth / (m_view.getNear() + m_view.getFar()));
     };
     const Background background = BackgroundOf(m_options, m_hasVolumes);

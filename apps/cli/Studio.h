@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <vector>
 
 #include <Quorvex/frame/RenderFrame.h>
@@ -24,10 +25,19 @@ public:
     // The same as a BMP file.
     void DrawToBitmap(const std::string& path);
 
+    // Records a whole turn about the options' axis as an AVI file: the camera turns before each picture, so that the
+    // last one shows what Draw does. next is called with the number of each picture, from 0, before it is drawn; when
+    // it answers false the recording ends. Throws Failure when there is no such codec, when the file cannot be written
+    // in full, and when the recording was ended; there is no file then.
+    void Record(const std::string& path, unsigned long codec, unsigned int pictures,
+                const std::function<bool(unsigned int)>& next);
+
 private:
     void AddVolumes(const Scene& scene);
     double AntiAliasing() const;
     void SetScale(double scale);
+    void LightLinesForView();
+    void Turn(unsigned int pictures);
     void PlaceMarks(double scale);
     void SetAntiAliasing(PictureSize size, double factor);
     void ExposeXRay();
@@ -40,7 +50,9 @@ private:
     std::array<double, 3> m_middle; // in the files' coordinates
     View m_view;
     RenderFrame m_frame;
-    std::vector<Mesh*> m_meshes; // in the frame
+    double m_scale = 1.0;
+    std::vector<Mesh*> m_meshes;                  // in the frame
+    std::vector<std::vector<Vector3f>> m_normals; // theirs, when they are drawn as lines, which have others
     const Marks& m_marks;
     OverlayData* m_overlay; // in the frame
 };

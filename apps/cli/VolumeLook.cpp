@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include "Failure.h"
+#include "VolumeMaterial.h"
 
 namespace KOVA::Quorvex::cli {
 
@@ -29,20 +30,10 @@ void SetLook(const VolumeOptions& options, const Volume& volume) {
         throw Failure(fmt::format("this OpenGL driver cannot draw that volume mode: {}", error.what()));
     }
     attribute.SetSampleFactor(static_cast<float>(options.samples));
-    attribute.SetMaterialAmbientColor({0.25F, 0.25F, 0.25F, 1.0F});
-    // Half a voxel: on a shorter way the eight bits of the voxels leave steps in the shading, a longer one leaves the
-    // texture of the brick.
-    attribute.SetSmoothFactor(0.5F);
+    SetMaterial(attribute);
 
     const VolumeSummary summary = Summarize(volume.GetData());
-    const TransferTable table = TableFor(options, volume.GetData(), summary);
-    const TransferTable sliceTable = SliceTransferFunction(summary);
-    for (unsigned int i = 0; i < VolumeAttribute::transferEntries; ++i) {
-        attribute.SetTransferFunction(i, table[i]);
-        for (unsigned int slice = 0; slice < VolumeAttribute::userPlanes; ++slice) {
-            attribute.SetUserSliceTransferFunction(slice, i, sliceTable[i]);
-        }
-    }
+    SetTables(attribute, TableFor(options, volume.GetData(), summary), SliceTransferFunction(summary));
     for (unsigned int i = 0; i < options.clipPlanes.size(); ++i) {
         attribute.SetUserClipPlane(i, options.clipPlanes[i]);
     }

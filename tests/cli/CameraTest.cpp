@@ -1,4 +1,4 @@
-#include <cli/Camera.h>
+#include <shared/Camera.h>
 
 #include <algorithm>
 #include <cmath>
@@ -83,6 +83,28 @@ TEST_P(CameraFitTest, CornersTouchTheMarginOnBothSidesOfTheDecidingDirection) {
         EXPECT_TRUE(!upright || std::abs(e.bottom + e.top) < 1e-5) << e.bottom << ' ' << e.top;
         EXPECT_GT(e.nearest, -1.0);
         EXPECT_LT(e.farthest, 1.0);
+    }
+}
+
+// Whatever turns about the axis stays inside, and comes near the margin.
+TEST_P(CameraFitTest, TurningBoxesStayInThePicture) {
+    const auto [side, projection, aspect] = GetParam();
+    const Corner axis{0.36, 0.48, 0.8};
+    for (const Box& box : {Box{{-1, -2, -3}, {4, 5, 6}}, Box{{-0.1, -2, -0.1}, {0.1, 2, 0.1}}}) {
+        View view;
+        Load(FitCamera(box, {side, projection, 40.0, aspect, axis}), view);
+        double reach = 0.0;
+        constexpr int steps = 100;
+        for (int i = 0; i < steps; ++i) {
+            view.RotateWorld({static_cast<float>(axis[0]), static_cast<float>(axis[1]), static_cast<float>(axis[2]),
+                              static_cast<float>(2.0 * std::numbers::pi / steps)});
+            const Extent e = ExtentIn(view, aspect, box);
+            reach = std::max({reach, -e.left, e.right, -e.bottom, e.top});
+            ASSERT_GT(e.nearest, -1.0);
+            ASSERT_LT(e.farthest, 1.0);
+        }
+        EXPECT_LE(reach, 1.0 / 1.05 + 1e-5);
+        EXPECT_GE(reach, 0.94);
     }
 }
 

@@ -81,12 +81,12 @@ TEST(OptionsTest, BitmapsHaveWidthsOfWholeFours) {
     RenderOptions options;
     options.output = "a.bmp";
     options.size = {802, 600};
-    EXPECT_THROW(CheckTogether(options), std::invalid_argument);
+    EXPECT_THROW(CheckPicture(options), std::invalid_argument);
     options.size = {804, 601};
-    EXPECT_NO_THROW(CheckTogether(options));
+    EXPECT_NO_THROW(CheckPicture(options));
     options.output = "a.png";
     options.size = {801, 1};
-    EXPECT_NO_THROW(CheckTogether(options));
+    EXPECT_NO_THROW(CheckPicture(options));
 }
 
 TEST(OptionsTest, StereoGridAndAxesThatCannotBeDrawnAreRefused) {
@@ -98,10 +98,10 @@ TEST(OptionsTest, StereoGridAndAxesThatCannotBeDrawnAreRefused) {
         RenderOptions options;
         options.output = "a.png";
         options.side = Side::Top;
-        EXPECT_NO_THROW(CheckTogether(options));
+        EXPECT_NO_THROW(CheckPicture(options));
         change(options);
         try {
-            CheckTogether(options);
+            CheckPicture(options);
         } catch (const std::invalid_argument&) {
             return true;
         }

@@ -1,13 +1,13 @@
-#include <cli/MeshSummary.h>
 #include <cli/ProgressBar.h>
 #include <cli/Scene.h>
+#include <shared/MeshSummary.h>
 
 #include <cmath>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include <cli/Failure.h>
+#include <shared/Failure.h>
 
 #include "Programs.h"
 

@@ -32,7 +32,7 @@ TEST(UsageTest, WrongUsageIsTwoAndOneLine) {
     const std::string stl = WriteBinary(folder.Path("a.stl"), BoxSurface({0, 0, 0}, {1, 1, 1}));
     const std::string png = folder.Path("a.png");
     const std::vector<std::pair<std::vector<std::string>, std::string>> cases{
-        {{}, "info, render, import, histogram, lunker or capabilities"},
+        {{}, "info, render, turntable, import, histogram, lunker, codecs or capabilities"},
         {{"rendre", stl}, "rendre"},
         {{"info"}, "FILE"},
         {{"info", stl, "--xml"}, "--xml"},
@@ -47,6 +47,12 @@ TEST(UsageTest, WrongUsageIsTwoAndOneLine) {
         {{"render", stl, "-o", png, "--antialias", "nan"}, "--antialias"},
         {{"render", stl, "-o", png, "--background", "blue"}, "--background"},
         {{"render", stl, "-o", png, "--mesh-mode", "solid"}, "--mesh-mode"},
+        {{"turntable", stl, "-o", png}, "does not end in .avi"},
+        {{"turntable", stl, "-o", folder.Path("a.avi"), "--size", "640x482"}, "multiples of 4"},
+        {{"turntable", stl, "-o", folder.Path("a.avi"), "--frames", "0"}, "--frames"},
+        {{"turntable", stl, "-o", folder.Path("a.avi"), "--frames", "2.5"}, "whole"},
+        {{"turntable", stl, "-o", folder.Path("a.avi"), "--axis", "0,0,0"}, "--axis"},
+        {{"turntable", stl, "-o", folder.Path("a.avi"), "--codec", "MJPEG"}, "'MJPEG' is no code"},
         {{"capabilities", "more"}, "more"}};
     for (const auto& [arguments, about] : cases) {
         ExpectOneLine(Quorvex(arguments), 2, about);
@@ -123,7 +129,7 @@ TEST(UsageTest, APictureReplacesTheFileBehindALinkAndOnlyWhenItIsComplete) {
 
 TEST(UsageTest, HelpAndVersionAreResults) {
     for (const std::vector<std::string>& command :
-         {std::vector<std::string>{}, {"info"}, {"render"}, {"capabilities"}}) {
+         {std::vector<std::string>{}, {"info"}, {"render"}, {"turntable"}, {"codecs"}, {"capabilities"}}) {
         std::vector<std::string> arguments = command;
         arguments.emplace_back("--help");
         const Outcome help = Quorvex(arguments);

@@ -6,8 +6,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cli/Failure.h>
 #include <cli/RenderOptions.h>
+#include <shared/Failure.h>
 
 #include "Programs.h"
 

@@ -14,7 +14,7 @@
 #include <nlohmann/json.hpp>
 
 #include <Quorvex/volume/VolumeReader.h>
-#include <cli/VolumeSummary.h>
+#include <shared/VolumeSummary.h>
 
 #include "Programs.h"
 

@@ -149,6 +149,7 @@ TEST_F(BricksGLTest, SortingPutsTheFarthestFirst) {
     }
     data.sortBricks(&view);
     EXPECT_EQ(data.getNumBricks(), 4 * 5 * 3);
+    EXPECT_EQ(data.CountBricksOfUpdate(), 4U * 5U * 3U);
 }
 
 TEST_F(BricksGLTest, OutlinesAreTheEdgesOfTheBoxTwice) {

@@ -341,6 +341,20 @@ TEST_F(VolumeGLTest, ProgressLooksForInputWhenItIsDueAndSeesAStopAtOnce) {
     EXPECT_TRUE(f.frame.ProgressObject());
 }
 
+TEST_F(VolumeGLTest, CapturesWhileARedrawWaits) {
+    FrameFixture f(64, 64);
+    f.frame.Add(MakeVolume(40, 40, 40, [](int, int, int) { return 200; }));
+    f.frame.Render();
+    std::vector<unsigned char> pixels;
+    ASSERT_EQ(f.frame.RenderToPixels(pixels, 64, 64), Has(CAPABILITY_FRAME_BUFFER));
+    EXPECT_THAT(Library::s_jobFast, testing::ElementsAre(&f.frame)) << "it goes on waiting";
+
+    FrameFixture other(16, 16);
+    const DuringPass pass([&other] { other.frame.Render(); });
+    EXPECT_FALSE(f.frame.RenderToPixels(pixels, 64, 64)) << "a new request stops it";
+    Library::s_jobFast.clear();
+}
+
 TEST_F(VolumeGLTest, VolumesOfGroupsAreDrawnAndStopThePass) {
     ObjectTypes group;
     Volume* const inner = group.Add(MakeVolume(64, 64, 64, [](int, int, int) { return 200; }));

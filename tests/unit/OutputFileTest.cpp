@@ -1,12 +1,12 @@
-#include <csignal>
 #include <string>
 
 #include <gtest/gtest.h>
 
 #if defined(__linux__)
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include "linux/FileSizeLimit.h"
 #endif
 
 #include <Quorvex/core/OutputFile.h>
@@ -107,27 +107,6 @@ TEST(OutputFile, DevicesAreWrittenDirectly) {
     EXPECT_TRUE(fs::is_character_file("/dev/full"));
     EXPECT_TRUE(fs::is_character_file("/dev/null"));
 }
-
-// A limit on the size of files is a full disk that needs no disk.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes) {
-        getrlimit(RLIMIT_FSIZE, &m_before);
-        m_handler = std::signal(SIGXFSZ, SIG_IGN);
-        const rlimit limit{bytes, m_before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() {
-        setrlimit(RLIMIT_FSIZE, &m_before);
-        std::signal(SIGXFSZ, m_handler);
-    }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-private:
-    rlimit m_before{};
-    void (*m_handler)(int) = nullptr;
-};
 
 TEST(OutputFile, AFullDiskLeavesWhatWasThere) {
     const Directory directory;

@@ -8,7 +8,8 @@ import re
 import subprocess
 import sys
 
-SYSTEM = {"gdi32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll", "opengl32.dll", "user32.dll", "windowscodecs.dll"}
+SYSTEM = {"avifil32.dll", "gdi32.dll", "kernel32.dll", "msvcrt.dll", "msvfw32.dll", "ole32.dll", "opengl32.dll", "user32.dll",
+          "windowscodecs.dll"}
 # Mangled: anything in KOVA::Quorvex, with its virtual tables and type names, and the types of standard exceptions that
 # leave the library.
 EXPORTED = re.compile(r"^_Z(?:T[VIS]|Thn\d+_|GV)?NK?4KOVA7Quorvex|^_ZTISt\d+(exception|runtime_error)$")

@@ -1,9 +1,11 @@
-// The example host, driven from outside like by a user: synthetic mouse and keys, its windows on the screen.
+// The example hosts, driven from outside like by a user: synthetic mouse and keys, its windows on the screen.
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <thread>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -35,9 +37,10 @@ template <class Get, class Condition> auto WaitFor(Get get, Condition holds) {
 // A running example, and what the screen shows of it.
 class Example {
 public:
-    Example(X11Host& host, const std::vector<std::string>& arguments) : m_host(host) {
+    Example(X11Host& host, const std::vector<std::string>& arguments, const char* program = QUORVEX_EXAMPLE_X11)
+        : m_host(host) {
         std::vector<std::string> all = arguments;
-        all.insert(all.begin(), QUORVEX_EXAMPLE_X11);
+        all.insert(all.begin(), program);
         std::vector<char*> argv;
         for (std::string& argument : all) {
             argv.push_back(argument.data());
@@ -62,8 +65,7 @@ public:
     }
 
     std::vector<Window> WaitForWindows(std::size_t count) {
-        return WaitFor([&] { return m_host.Children(XDefaultRootWindow(m_host.Connection())); },
-                       [&](const auto& windows) { return windows.size() == count; });
+        return WaitFor([&] { return ShownWindows(); }, [&](const auto& windows) { return windows.size() == count; });
     }
 
     // The picture of the part when it has not changed for a quarter of a second.
@@ -85,6 +87,19 @@ public:
     }
 
 private:
+    // Toolkits make others that nobody sees.
+    std::vector<Window> ShownWindows() {
+        std::vector<Window> windows = m_host.Children(XDefaultRootWindow(m_host.Connection()));
+        windows.erase(std::remove_if(windows.begin(), windows.end(),
+                                     [this](Window window) {
+                                         XWindowAttributes attributes;
+                                         XGetWindowAttributes(m_host.Connection(), window, &attributes);
+                                         return attributes.map_state != IsViewable;
+                                     }),
+                      windows.end());
+        return windows;
+    }
+
     template <class Condition> Picture Settle(Window window, Condition holds) {
         Picture last = WaitFor([&] { return m_host.Read(window); }, holds);
         for (int i = 0; i < 40; ++i) {
@@ -147,8 +162,10 @@ protected:
     X11Host host;
 };
 
-TEST_F(X11Example, MouseTurnsAndZoomsThePart) {
-    Example example(host, {});
+class ToolkitExample : public X11Example, public testing::WithParamInterface<std::pair<const char*, const char*>> {};
+
+TEST_P(ToolkitExample, MouseTurnsAndZoomsThePart) {
+    Example example(host, {}, GetParam().second);
     const std::vector<Window> windows = example.WaitForWindows(1);
     ASSERT_EQ(windows.size(), 1U);
     const Picture first = example.Settled(windows[0]);
@@ -184,6 +201,21 @@ TEST_F(X11Example, MouseTurnsAndZoomsThePart) {
     Close(windows[0]);
     EXPECT_EQ(example.ExitCode(), 0);
 }
+
+// Those that were built.
+std::vector<std::pair<const char*, const char*>> Hosts() {
+    return {
+#ifdef QUORVEX_EXAMPLE_QT
+        {"qt", QUORVEX_EXAMPLE_QT},
+#endif
+#ifdef QUORVEX_EXAMPLE_GLFW
+        {"glfw", QUORVEX_EXAMPLE_GLFW},
+#endif
+        {"x11", QUORVEX_EXAMPLE_X11}};
+}
+
+INSTANTIATE_TEST_SUITE_P(Hosts, ToolkitExample, testing::ValuesIn(Hosts()),
+                         [](const auto& info) { return std::string(info.param.first); });
 
 TEST_F(X11Example, SeveralWindowsEachWithItsView) {
     Example example(host, {"--windows", "3"});

@@ -41,7 +41,7 @@ void InputFile::Close() {
     m_size = -1;
 }
 
-std::size_t InputFile::ReadAt(std::int64_t offset, void* buffer, std::size_t count) const {
+std::size_t InputFile::ReadBytes(std::int64_t offset, void* buffer, std::size_t count) const {
     auto* target = static_cast<char*>(buffer);
     std::size_t done = 0;
     while (done < count) {

@@ -8,6 +8,7 @@
 #include <sys/timerfd.h>
 #include <unistd.h>
 
+#include <Quorvex/platform/HostCallbacks.h>
 #include <Quorvex/platform/NativeWindow.h>
 #include <Quorvex/platform/linux/EventQueue.h>
 #include <Quorvex/platform/linux/X11Windows.h>
@@ -30,11 +31,6 @@ std::vector<Timer>& Timers() {
     static auto& timers = *new std::vector<Timer>;
     return timers;
 }
-
-bool (*s_pump)(void*) = nullptr;
-void* s_pumpUser = nullptr;
-void (*s_warningHandler)(const char*, const char*, void*) = nullptr;
-void* s_warningUser = nullptr;
 
 // However often the period has passed, one tick. The callback may start timers.
 bool TickWhenDue(std::size_t index) {
@@ -63,7 +59,7 @@ bool DeliverFrom(std::size_t source) {
     case WINDOWS:
         return DeliverX11Message();
     case PUMP:
-        return s_pump != nullptr && s_pump(s_pumpUser);
+        return CallMessagePump();
     default:
         return TickWhenDue(source - FIRST_TIMER);
     }
@@ -107,9 +103,7 @@ bool DispatchOneMessage() {
 }
 
 void ShowWarning(const char* caption, const char* text) {
-    if (s_warningHandler != nullptr) {
-        s_warningHandler(caption, text, s_warningUser);
-    } else {
+    if (!CallWarningHandler(caption, text)) {
         std::fprintf(stderr, "%s: %s\n", caption, text);
     }
 }
@@ -145,16 +139,6 @@ bool ProcessEvents() {
     }
     NoteEvents();
     return delivered;
-}
-
-void SetMessagePump(bool (*pump)(void* user), void* user) {
-    platform::s_pump = pump;
-    platform::s_pumpUser = user;
-}
-
-void SetWarningHandler(void (*handler)(const char* caption, const char* text, void* user), void* user) {
-    platform::s_warningHandler = handler;
-    platform::s_warningUser = user;
 }
 
 } // namespace KOVA::Quorvex

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include <Quorvex/platform/HostCallbacks.h>
 #include <Quorvex/platform/NativeWindow.h>
 
 namespace KOVA::Quorvex {
@@ -16,11 +17,6 @@ std::vector<UINT_PTR>& Timers() {
     static auto& timers = *new std::vector<UINT_PTR>;
     return timers;
 }
-
-bool (*s_pump)(void*) = nullptr;
-void* s_pumpUser = nullptr;
-void (*s_warningHandler)(const char*, const char*, void*) = nullptr;
-void* s_warningUser = nullptr;
 
 bool IsTick(const MSG& message) {
     const auto& timers = Timers();
@@ -61,10 +57,6 @@ bool DispatchThreadMessage() {
     return Peek(&next) && TakeAndDispatch(next);
 }
 
-bool CallPump() {
-    return s_pump != nullptr && s_pump(s_pumpUser);
-}
-
 } // namespace
 
 bool StartThreadTimer(unsigned int periodMilliseconds, TimerCallback callback) {
@@ -81,13 +73,11 @@ bool DispatchOneMessage() {
     static bool s_pumpFirst = false;
     const bool pumpFirst = s_pumpFirst;
     s_pumpFirst = !pumpFirst;
-    return pumpFirst ? CallPump() || DispatchThreadMessage() : DispatchThreadMessage() || CallPump();
+    return pumpFirst ? CallMessagePump() || DispatchThreadMessage() : DispatchThreadMessage() || CallMessagePump();
 }
 
 void ShowWarning(const char* caption, const char* text) {
-    if (s_warningHandler != nullptr) {
-        s_warningHandler(caption, text, s_warningUser);
-    } else {
+    if (!CallWarningHandler(caption, text)) {
         MessageBoxA(nullptr, text, caption, MB_OK);
     }
 }
@@ -124,16 +114,6 @@ bool ProcessEvents() {
         delivered = true;
     }
     return delivered;
-}
-
-void SetMessagePump(bool (*pump)(void* user), void* user) {
-    platform::s_pump = pump;
-    platform::s_pumpUser = user;
-}
-
-void SetWarningHandler(void (*handler)(const char* caption, const char* text, void* user), void* user) {
-    platform::s_warningHandler = handler;
-    platform::s_warningUser = user;
 }
 
 } // namespace KOVA::Quorvex

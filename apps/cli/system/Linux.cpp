@@ -9,14 +9,6 @@ bool StandardErrorIsTerminal() {
     return isatty(STDERR_FILENO) != 0;
 }
 
-std::filesystem::path PathOf(const std::string& name) {
-    return name;
-}
-
-std::FILE* OpenFile(const std::filesystem::path& path, const char* mode) {
-    return std::fopen(path.c_str(), mode);
-}
-
 std::FILE* CreateNewFile(const std::filesystem::path& path) {
     return std::fopen(path.c_str(), "wbx");
 }

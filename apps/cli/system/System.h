@@ -2,20 +2,15 @@
 
 #include <cstdio>
 #include <filesystem>
-#include <string>
 #include <vector>
+
+#include "Paths.h"
 
 // What the tool needs of the operating system beside the library. One source of this folder implements it for each.
 
 namespace KOVA::Quorvex::cli {
 
 bool StandardErrorIsTerminal();
-
-// The path that fopen would take this name for: the C++ library alone may read other characters from the same bytes.
-std::filesystem::path PathOf(const std::string& name);
-
-// fopen for a path.
-std::FILE* OpenFile(const std::filesystem::path& path, const char* mode);
 
 // Opens a file for binary writing that this call makes. Null, with the reason in errno, when there is something of that
 // name already (EEXIST) or no file can be made.

@@ -1,7 +1,6 @@
 #include "System.h"
 
 #include <algorithm>
-#include <cstring>
 #include <memory>
 
 #include <fcntl.h>
@@ -68,17 +67,6 @@ bool CopyToFile(IStream& stream, std::FILE* file) {
 
 bool StandardErrorIsTerminal() {
     return _isatty(_fileno(stderr)) != 0;
-}
-
-std::filesystem::path PathOf(const std::string& name) {
-    const int bytes = static_cast<int>(name.size());
-    std::wstring wide(static_cast<std::size_t>(MultiByteToWideChar(CP_ACP, 0, name.data(), bytes, nullptr, 0)), L'\0');
-    MultiByteToWideChar(CP_ACP, 0, name.data(), bytes, wide.data(), static_cast<int>(wide.size()));
-    return wide;
-}
-
-std::FILE* OpenFile(const std::filesystem::path& path, const char* mode) {
-    return _wfopen(path.c_str(), std::wstring(mode, mode + std::strlen(mode)).c_str());
 }
 
 std::FILE* CreateNewFile(const std::filesystem::path& path) {

@@ -1,0 +1,43 @@
+#include "Engine.h"
+
+#include <QGuiApplication>
+
+#include <Quorvex/core/Facade.h>
+#include <Quorvex/platform/NativeWindow.h>
+
+#include "Failure.h"
+
+// After Qt: its macros take names from everyone.
+#include <X11/Xlib.h>
+
+namespace KOVA::Quorvex::viewer {
+
+HWND Attach(WId window) {
+    const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    if (x11 == nullptr) {
+        return nullptr;
+    }
+    XSync(x11->display(), False);
+    return AttachX11Window(static_cast<unsigned long>(window), nullptr);
+}
+
+Engine::Engine() {
+    SetWarningHandler([](const char* /*caption*/, const char* text,
+                         void* self) { emit static_cast<Engine*>(self)->Warned(QString::fromUtf8(text)); },
+                      this);
+    m_window.create();
+    m_handle = Attach(m_window.winId());
+    if (m_handle == nullptr || !Quorvex::Init(m_handle)) {
+        throw Failure("OpenGL cannot be started on this display");
+    }
+    m_bridge = std::make_unique<EventBridge>();
+}
+
+Engine::~Engine() {
+    m_bridge.reset();
+    Quorvex::Release();
+    ReleaseWindow(m_handle);
+    SetWarningHandler(nullptr, nullptr);
+}
+
+} // namespace KOVA::Quorvex::viewer

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+
+#include <QObject>
+#include <QPointer>
+#include <QSocketNotifier>
+
+namespace KOVA::Quorvex {
+class RenderFrame;
+}
+
+namespace KOVA::Quorvex::viewer {
+
+// The library inside Qt's event loop: its events are delivered when its descriptor is readable, and while it draws a
+// quality pass Qt's events are delivered from inside that pass. After Quorvex::Init, on its thread.
+class EventBridge : public QObject {
+    Q_OBJECT
+
+public:
+    EventBridge();
+    EventBridge(const EventBridge&) = delete;
+    EventBridge& operator=(const EventBridge&) = delete;
+    ~EventBridge() override;
+
+    // Any handler of an event may run inside a pass. What must not (what deletes frames, captures, blocks) goes here:
+    // it runs as soon as the event loop is reached and no pass is under way; one that is ends at once, and is made
+    // again. It is dropped when its context is gone by then. While the task runs no other event is handled, not even
+    // inside passes that it draws.
+    void WhenIdle(QObject* context, std::function<void()> task);
+    bool HasTasks() const { return m_inTask || !m_tasks.empty(); }
+
+signals:
+    // The next tick may draw a pass of the frame: its settings can be made to suit.
+    void AboutToDraw(KOVA::Quorvex::RenderFrame* frame, bool quality);
+
+    // A fast pass of the frame was drawn and shown.
+    void FastPassDrawn(KOVA::Quorvex::RenderFrame* frame);
+
+private:
+    struct Task {
+        QPointer<QObject> context;
+        std::function<void()> run;
+    };
+
+    static bool DeliverOneEvent(void* self);
+    void Serve();
+    void RunTasks();
+
+    QSocketNotifier m_notifier;
+    std::deque<Task> m_tasks;
+    bool m_serving = false; // further up the stack
+    bool m_inTask = false;
+};
+
+} // namespace KOVA::Quorvex::viewer

@@ -1,0 +1,130 @@
+#include "Loader.h"
+
+#include <exception>
+#include <utility>
+
+#include <QFile>
+#include <QFileInfo>
+#include <QStringList>
+
+#include <shared/RekFile.h>
+
+#include "MeshPart.h"
+#include "VolumePart.h"
+
+namespace KOVA::Quorvex::viewer {
+
+namespace {
+
+constexpr int c_reportMilliseconds = 50;
+
+std::unique_ptr<ScenePart> Read(const std::string& path, ReadProgress& progress) {
+    if (IsVolumeFile(path)) {
+        return std::make_unique<VolumePart>(path, progress);
+    }
+    return std::make_unique<MeshPart>(path, progress);
+}
+
+} // namespace
+
+Loader::Loader(std::function<void(std::unique_ptr<ScenePart>)> sink)
+    : m_sink(std::move(sink)), m_thread(&Loader::Work, this) {
+    m_timer.setInterval(c_reportMilliseconds);
+    connect(&m_timer, &QTimer::timeout, this, &Loader::ReportProgress);
+}
+
+Loader::~Loader() {
+    Cancel();
+    {
+        const std::lock_guard lock(m_mutex);
+        m_quit = true;
+    }
+    m_wake.notify_one();
+    m_thread.join();
+}
+
+void Loader::Load(const QStringList& paths) {
+    m_asked = m_unfinished == 0 ? 0 : m_asked;
+    {
+        const std::lock_guard lock(m_mutex);
+        for (const QString& path : paths) {
+            auto job = std::make_shared<Job>();
+            job->path = QFile::encodeName(path).toStdString();
+            m_jobs.push_back(std::move(job));
+            ++m_unfinished;
+            ++m_asked;
+        }
+    }
+    m_wake.notify_one();
+    m_timer.start();
+    ReportProgress();
+}
+
+// The jobs still come back, marked as cancelled.
+void Loader::Cancel() {
+    const std::lock_guard lock(m_mutex);
+    for (const auto& job : m_jobs) {
+        job->progress.Cancel();
+    }
+    if (m_current) {
+        m_current->progress.Cancel();
+    }
+}
+
+void Loader::Work() {
+    for (;;) {
+        std::shared_ptr<Job> job;
+        {
+            std::unique_lock lock(m_mutex);
+            m_wake.wait(lock, [this] { return m_quit || !m_jobs.empty(); });
+            if (m_quit) {
+                return;
+            }
+            job = m_jobs.front();
+            m_jobs.pop_front();
+            m_current = job;
+        }
+        try {
+            if (!job->progress.IsCancelled()) {
+                job->part = Read(job->path, job->progress);
+            }
+        } catch (const std::exception& error) {
+            job->failure = error.what();
+        }
+        QMetaObject::invokeMethod(
+            this, [this, job] { Deliver(job); }, Qt::QueuedConnection);
+    }
+}
+
+void Loader::Deliver(const std::shared_ptr<Job>& job) {
+    {
+        const std::lock_guard lock(m_mutex);
+        m_current = m_current == job ? nullptr : m_current;
+    }
+    --m_unfinished;
+    if (!job->progress.IsCancelled()) {
+        if (job->part) {
+            m_sink(std::move(job->part));
+        } else {
+            emit Failed(QFile::decodeName(job->path.c_str()), QString::fromLocal8Bit(job->failure));
+        }
+    }
+    if (m_unfinished == 0) {
+        m_timer.stop();
+        emit Finished();
+    }
+}
+
+void Loader::ReportProgress() {
+    std::shared_ptr<Job> job;
+    {
+        const std::lock_guard lock(m_mutex);
+        job = m_current ? m_current : m_jobs.empty() ? nullptr : m_jobs.front();
+    }
+    if (job && m_asked > 0) {
+        const double finished = m_asked - m_unfinished + double{job->progress.GetFraction()};
+        emit Progress(QFileInfo(QFile::decodeName(job->path.c_str())).fileName(), finished / m_asked);
+    }
+}
+
+} // namespace KOVA::Quorvex::viewer

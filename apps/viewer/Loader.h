@@ -1,0 +1,64 @@
+#pragma once
+
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+
+#include <QObject>
+#include <QTimer>
+
+#include <Quorvex/core/ReadProgress.h>
+
+#include "ScenePart.h"
+
+namespace KOVA::Quorvex::viewer {
+
+// Reads files one after the other on a thread of its own. Signals come on the thread of the object.
+class Loader : public QObject {
+    Q_OBJECT
+
+public:
+    // sink gets what was read.
+    explicit Loader(std::function<void(std::unique_ptr<ScenePart>)> sink);
+    Loader(const Loader&) = delete;
+    Loader& operator=(const Loader&) = delete;
+    ~Loader() override; // cancels what is under way
+
+    void Load(const QStringList& paths);
+    void Cancel(); // all that waits
+    bool IsBusy() const { return m_unfinished > 0; }
+
+signals:
+    void Progress(const QString& name, double fraction); // of all that was asked for since it was idle
+    void Failed(const QString& path, const QString& reason);
+    void Finished(); // nothing waits any more
+
+private:
+    struct Job {
+        std::string path;
+        ReadProgress progress;
+        std::unique_ptr<ScenePart> part;
+        std::string failure;
+    };
+
+    void Work();
+    void Deliver(const std::shared_ptr<Job>& job);
+    void ReportProgress();
+
+    std::function<void(std::unique_ptr<ScenePart>)> m_sink;
+    std::mutex m_mutex; // guards what the threads share: the jobs that wait, the current one and the wish to end
+    std::condition_variable m_wake;
+    std::deque<std::shared_ptr<Job>> m_jobs;
+    std::shared_ptr<Job> m_current;
+    bool m_quit = false;
+    int m_unfinished = 0; // since Load was called while idle
+    int m_asked = 0;
+    QTimer m_timer;
+    std::thread m_thread; // last: it uses the others
+};
+
+} // namespace KOVA::Quorvex::viewer

@@ -1,0 +1,142 @@
+#include "MeshPart.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <QLocale>
+
+#include <shared/Background.h>
+#include <shared/Failure.h>
+#include <shared/Lighting.h>
+#include <shared/ModelFile.h>
+
+#include "MeetMesh.h"
+
+namespace KOVA::Quorvex::viewer {
+
+namespace {
+
+// Smooth metal: highlights that are small enough to show the shape.
+constexpr float c_shininess = 30.0F;
+constexpr float c_specularity = 0.25F;
+constexpr ColorRGBA c_boxColor{1.0F, 0.55F, 0.1F};
+
+// The vertices without normals; they stay the other's.
+Mesh Unlit(MeshData& data) {
+    return Mesh(*new MeshData(data.GetNumVertices(), data.GetVertexArray(), nullptr, static_cast<ColorRGB*>(nullptr),
+                              data.GetMode()));
+}
+
+Mesh ReadUsable(const std::string& path, ReadProgress& progress) {
+    Mesh mesh = ReadModel(path, &progress);
+    if (mesh.GetData().GetNumVertices() == 0) {
+        throw Failure("'" + path + "' has no triangles to draw");
+    }
+    return mesh;
+}
+
+} // namespace
+
+MeshPart::MeshPart(const std::string& path, ReadProgress& progress)
+    : ScenePart(path), m_lit(ReadUsable(path, progress)), m_flat(Unlit(m_lit.GetData())),
+      m_fileBox(BoxOf(m_lit.GetData())), m_fileRadius(UnitOf(m_fileBox).unit), m_summary(Summarize(m_lit.GetData())),
+      m_unit(UnitOf(m_fileBox)) {
+    if (!m_fileBox.IsFinite()) {
+        throw Failure("'" + path + "' has coordinates that are not finite");
+    }
+    MeshData& data = m_lit.GetData();
+    CenterAndScale(data, m_fileBox.Center(), 1.0 / m_fileRadius);
+    OrientNormals(data);
+    m_flat.GetData().UpdateMetrics();
+    MeshAttribute& attribute = m_lit.GetAttribute();
+    attribute.SetShininess(c_shininess);
+    attribute.SetSpecularity(c_specularity);
+    attribute.SetBoundingBoxColor(c_boxColor);
+    Place(m_unit);
+}
+
+void MeshPart::Upload() {
+    m_lit.GetData().Update(STORAGE_VBO);
+}
+
+const Mesh& MeshPart::Shown() const {
+    return ShowsLines(m_lit.GetAttribute().GetRenderMode()) ? m_flat : m_lit;
+}
+
+void MeshPart::AddTo(RenderFrame& frame) {
+    Mesh* const copy = frame.Add(Shown());
+    copy->GetAttribute() = m_lit.GetAttribute();
+    m_copies[&frame] = copy;
+}
+
+void MeshPart::RemoveFrom(RenderFrame& frame) {
+    const auto found = m_copies.find(&frame);
+    if (found != m_copies.end()) {
+        frame.Remove(*found->second);
+        m_copies.erase(found);
+    }
+}
+
+void MeshPart::Apply() {
+    MeshData& data = Shown().GetData();
+    if (&data == &m_flat.GetData() && !std::exchange(m_flatUploaded, true)) {
+        data.Update(STORAGE_VBO);
+    }
+    for (auto& [frame, copy] : m_copies) {
+        if (&copy->GetData() != &data) {
+            Mesh* const replaced = std::exchange(copy, frame->Add(Shown()));
+            frame->Remove(*replaced);
+        }
+        copy->GetAttribute() = m_lit.GetAttribute();
+    }
+}
+
+Box MeshPart::GetBox() const {
+    Box box = m_fileBox;
+    for (std::size_t i = 0; i < 3; ++i) {
+        box.low[i] = (box.low[i] - m_unit.middle[i]) / m_unit.unit;
+        box.high[i] = (box.high[i] - m_unit.middle[i]) / m_unit.unit;
+    }
+    return box;
+}
+
+void MeshPart::Place(const SceneUnit& unit) {
+    m_unit = unit;
+    const auto scale = static_cast<float>(m_fileRadius / unit.unit);
+    const std::array<double, 3> center = m_fileBox.Center();
+    const Vector3d shift = (Vector3d(center) - Vector3d(unit.middle)) * (1.0 / unit.unit);
+    Matrix44d& transform = m_lit.GetAttribute().GetTransformRef();
+    transform.SetIdentity();
+    transform.Scale({scale, scale, scale});
+    transform.Translate(shift.ToFloat());
+    Apply();
+}
+
+bool MeshPart::IsShownAs(const Mesh* mesh) const {
+    return std::any_of(m_copies.begin(), m_copies.end(), [mesh](const auto& copy) { return copy.second == mesh; });
+}
+
+std::optional<double> MeshPart::Meet(const Ray& ray) const {
+    const double scale = m_fileRadius / m_unit.unit;
+    const Vector3d shift = (Vector3d(m_fileBox.Center()) - Vector3d(m_unit.middle)) * (1.0 / m_unit.unit);
+    const Ray own{(ray.origin - shift) * (1.0 / scale), ray.direction * (1.0 / scale)};
+    const auto mode = m_lit.GetAttribute().GetRenderMode();
+    const bool surface = mode != MeshAttribute::RENDER_WIREFRAME && mode != MeshAttribute::RENDER_POINTS;
+    const std::optional<double> met = MeetTriangles(m_lit.GetData(), own);
+    return met || surface ? met : NearestVertex(m_lit.GetData(), own);
+}
+
+std::vector<ScenePart::Fact> MeshPart::Describe() const {
+    const QLocale locale;
+    const auto triple = [](const std::array<float, 3>& v) {
+        return QStringLiteral("%1, %2, %3").arg(double{v[0]}).arg(double{v[1]}).arg(double{v[2]});
+    };
+    return {{QStringLiteral("Triangles"), locale.toString(qulonglong{m_summary.triangles})},
+            {QStringLiteral("Size"), triple(m_summary.size)},
+            {QStringLiteral("From"), triple(m_summary.low)},
+            {QStringLiteral("To"), triple(m_summary.high)},
+            {QStringLiteral("Without area"), locale.toString(qulonglong{m_summary.degenerateTriangles})},
+            {QStringLiteral("Inverted normals"), locale.toString(qulonglong{m_summary.invertedNormals})}};
+}
+
+} // namespace KOVA::Quorvex::viewer

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <QString>
+
+#include <Quorvex/frame/RenderFrame.h>
+#include <Quorvex/scene/RenderObjectAttribute.h>
+
+#include <shared/Camera.h>
+#include <shared/MeshPlacement.h>
+
+namespace KOVA::Quorvex::viewer {
+
+// What was loaded from one file. It is made by the loader's thread; from Upload on it belongs to the thread that draws.
+// Every frame has a copy of the object, which shares the data and has an attribute of its own; Apply brings them to
+// what the part's own attribute says. Frames are let go before the part goes.
+class ScenePart {
+public:
+    explicit ScenePart(std::string path);
+    ScenePart(const ScenePart&) = delete;
+    ScenePart& operator=(const ScenePart&) = delete;
+    virtual ~ScenePart() = default;
+
+    const std::string& GetPath() const { return m_path; }
+    QString GetName() const;
+
+    virtual void Upload() = 0;
+    virtual void AddTo(RenderFrame& frame) = 0;
+    virtual void RemoveFrom(RenderFrame& frame) = 0;
+    virtual void Apply() = 0;
+    virtual RenderObjectAttribute& Attribute() = 0;
+
+    // In the scene's coordinates, see Place.
+    virtual Box GetBox() const = 0;
+    virtual void Place(const SceneUnit& unit) = 0;
+
+    // For people: rows of a name and a value.
+    struct Fact {
+        QString name;
+        QString value;
+    };
+    virtual std::vector<Fact> Describe() const = 0;
+
+private:
+    std::string m_path;
+};
+
+} // namespace KOVA::Quorvex::viewer

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <map>
+
+#include <QWidget>
+
+class QCheckBox;
+class QComboBox;
+class QLabel;
+class QPushButton;
+class QTreeWidget;
+class QTreeWidgetItem;
+
+namespace KOVA::Quorvex::viewer {
+
+class SceneModel;
+class ScenePart;
+
+// The parts of the scene: which are seen, and how the selected ones look.
+class SceneTree : public QWidget {
+    Q_OBJECT
+
+public:
+    SceneTree(SceneModel& scene, QWidget* parent);
+
+    void Select(ScenePart* part);
+    QList<ScenePart*> GetSelected() const;
+
+signals:
+    void SelectionChanged();
+    void RemovalRequested();
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    void AddRow(ScenePart* part);
+    void RemoveRow(ScenePart* part);
+    void UpdateRow(ScenePart* part);
+    void TakeCheckMark(QTreeWidgetItem* row);
+    void ShowProperties();
+    template <class Change> void ChangeSelected(Change change);
+    void AskForColor();
+    ScenePart* PartOf(const QTreeWidgetItem* row) const;
+
+    SceneModel& m_scene;
+    QTreeWidget* m_tree;
+    QWidget* m_properties;
+    QComboBox* m_mode;
+    QPushButton* m_color;
+    QCheckBox* m_box;
+    QLabel* m_facts;
+    std::map<ScenePart*, QTreeWidgetItem*> m_rows;
+};
+
+} // namespace KOVA::Quorvex::viewer

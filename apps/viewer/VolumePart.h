@@ -1,0 +1,65 @@
+#pragma once
+
+#include <array>
+#include <map>
+#include <optional>
+
+#include <Quorvex/core/ReadProgress.h>
+#include <Quorvex/volume/Volume.h>
+
+#include <shared/VolumeSummary.h>
+
+#include "CameraRig.h"
+#include "ScenePart.h"
+#include "TransferCurve.h"
+
+namespace KOVA::Quorvex::viewer {
+
+// A volume and how it is shown. Its place in the scene is the library's: centred, the longest axis from -1 to 1.
+class VolumePart : public ScenePart {
+public:
+    // Along one axis: what lies outside the two limits is cut away, and a slice is shown; in shares of the extent.
+    struct AxisCut {
+        double low = 0.0;
+        double high = 1.0;
+        bool showSlice = false;
+        double slice = 0.5;
+    };
+
+    struct Look {
+        VolumeAttribute::RenderMode mode = VolumeAttribute::Shaded;
+        double samples = 1.0;
+        TransferCurve curve;
+        std::array<AxisCut, 3> cuts;
+    };
+
+    // Reads the file. Throws Failure.
+    VolumePart(const std::string& path, ReadProgress& progress);
+
+    void Upload() override;
+    void AddTo(RenderFrame& frame) override;
+    void RemoveFrom(RenderFrame& frame) override;
+    void Apply() override;
+    VolumeAttribute& Attribute() override { return m_volume.GetAttribute(); }
+    Box GetBox() const override;
+    void Place(const SceneUnit& /*unit*/) override {}
+    std::vector<Fact> Describe() const override;
+
+    const VolumeData& GetData() const { return m_volume.GetData(); }
+    const VolumeSummary& GetSummary() const { return m_summary; }
+    TransferTable DefaultTable(VolumeAttribute::RenderMode mode) const;
+
+    const Look& GetLook() const { return m_look; }
+    void SetLook(const Look& look); // a mode that the driver lacks leaves the mode as it is
+
+    // Where a line of sight ends for the eye, as a multiple of the ray's direction: see MeetVolume.
+    std::optional<double> Meet(const Ray& ray) const;
+
+private:
+    Volume m_volume;
+    VolumeSummary m_summary;
+    Look m_look;
+    std::map<RenderFrame*, Volume*> m_copies;
+};
+
+} // namespace KOVA::Quorvex::viewer
