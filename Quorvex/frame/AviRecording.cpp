@@ -48,11 +48,11 @@ bool RenderFrame::AVISetCodec(unsigned long handler) {
 }
 
 bool RenderFrame::OpenRecording(const std::string& path, Size size, unsigned long codec) {
-    AVIStop();
     if (size.width == 0 || size.height == 0 || size.width % 4 != 0 || size.height % 4 != 0 ||
         !Quorvex::CheckQXExtension(CAPABILITY_FRAME_BUFFER)) {
         return false;
     }
+    AVIStop();
     if (codec != 0) {
         AVISetCodec(codec);
     }

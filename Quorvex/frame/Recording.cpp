@@ -117,6 +117,10 @@ bool Recording::Finish() {
 }
 
 void Recording::Discard() {
+    {
+        const std::lock_guard lock(m_mutex);
+        m_result = VideoResult::Failed; // what waits need not be written
+    }
     StopWriter();
     m_file.reset();
     m_place.Discard();

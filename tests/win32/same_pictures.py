@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Draws the same pictures with the native tool and with the one for Windows, and compares the files byte for byte. The
-latter's file has a name that is in no code page of old.
+"""Draws the same pictures with the native tool and with the one for Windows, and compares the files byte for byte, and
+the pictures of a video that both record. The latter's file has a name that is in no code page of old.
 
     same_pictures.py NATIVE-TOOL EMULATOR WINDOWS-TOOL FOLDER FILE...
 """
@@ -19,6 +19,13 @@ VOLUME_VARIANTS = [[], ["--volume-mode", "max", "--view", "front", "--projection
 def draw(command, file, options, picture):
     subprocess.run([*command, "render", file, "-o", str(picture), "--size", "404x300", *options], check=True)
     return picture.read_bytes()
+
+
+def record(command, file, video):
+    subprocess.run([*command, "turntable", file, "-o", str(video), "--size", "200x152", "--frames", "9", "--codec", "DIB"],
+                   check=True)
+    return subprocess.run(["ffmpeg", "-v", "error", "-i", str(video), "-f", "rawvideo", "-pix_fmt", "bgr24", "-"],
+                          check=True, stdout=subprocess.PIPE).stdout
 
 
 def difference(a, b):
@@ -42,6 +49,11 @@ def main():
             drawn = len(set(one[i:i + 3] for i in range(54, len(one), 3))) > 20
             print(pathlib.Path(file).name, *options, "->", result or ("equal" if drawn else "EMPTY"))
             failed += bool(result) or not drawn
+    one = record([native], files[0], pathlib.Path(folder, "native.avi"))
+    other = record([emulator, windows], files[0], pathlib.Path(folder, "windows \u00b5\u03a9.avi"))
+    result = difference(one, other) or ("" if len(one) == 9 * 200 * 152 * 3 else f"{len(one)} bytes")
+    print("turntable", "->", result or "equal")
+    failed += bool(result)
     return 1 if failed else 0
 
 

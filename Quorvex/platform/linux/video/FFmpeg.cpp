@@ -1,10 +1,8 @@
 #include <Quorvex/platform/linux/video/FFmpeg.h>
 
-#include <dlfcn.h>
+#include <string>
 
-// The versions whose headers these are.
-#define QUORVEX_TEXT(number) #number
-#define QUORVEX_LIBRARY(name, version) "lib" name ".so." QUORVEX_TEXT(version)
+#include <dlfcn.h>
 
 namespace KOVA::Quorvex::platform {
 
@@ -13,7 +11,9 @@ namespace {
 // Takes functions out of one library; says at the end whether all of them were there.
 class Loader {
 public:
-    explicit Loader(const char* library) : m_library(dlopen(library, RTLD_NOW | RTLD_LOCAL)) {}
+    // The version whose headers these are.
+    Loader(const std::string& name, int version)
+        : m_library(dlopen(("lib" + name + ".so." + std::to_string(version)).c_str(), RTLD_NOW | RTLD_LOCAL)) {}
 
     template <class Function> Loader& Take(Function& function, const char* name) {
         function = m_library != nullptr ? reinterpret_cast<Function>(dlsym(m_library, name)) : nullptr;
@@ -28,43 +28,64 @@ private:
     bool m_complete = true;
 };
 
-#define QUORVEX_TAKE(name) .Take(f.name, #name)
-
 bool LoadFormats(FFmpeg& f) {
-    return Loader(QUORVEX_LIBRARY("avformat", LIBAVFORMAT_VERSION_MAJOR)) QUORVEX_TAKE(av_codec_get_id)
-        QUORVEX_TAKE(av_codec_get_tag) QUORVEX_TAKE(avformat_alloc_output_context2) QUORVEX_TAKE(avformat_free_context)
-            QUORVEX_TAKE(avformat_get_riff_video_tags) QUORVEX_TAKE(avformat_new_stream)
-                QUORVEX_TAKE(avformat_write_header) QUORVEX_TAKE(avio_alloc_context) QUORVEX_TAKE(avio_context_free)
-                    QUORVEX_TAKE(avio_flush) QUORVEX_TAKE(av_write_frame) QUORVEX_TAKE(av_write_trailer)
-                        .IsComplete();
+    return Loader("avformat", LIBAVFORMAT_VERSION_MAJOR)
+        .Take(f.av_codec_get_id, "av_codec_get_id")
+        .Take(f.av_codec_get_tag, "av_codec_get_tag")
+        .Take(f.avformat_alloc_output_context2, "avformat_alloc_output_context2")
+        .Take(f.avformat_free_context, "avformat_free_context")
+        .Take(f.avformat_get_riff_video_tags, "avformat_get_riff_video_tags")
+        .Take(f.avformat_new_stream, "avformat_new_stream")
+        .Take(f.avformat_write_header, "avformat_write_header")
+        .Take(f.avio_alloc_context, "avio_alloc_context")
+        .Take(f.avio_context_free, "avio_context_free")
+        .Take(f.avio_flush, "avio_flush")
+        .Take(f.av_write_frame, "av_write_frame")
+        .Take(f.av_write_trailer, "av_write_trailer")
+        .IsComplete();
 }
 
 bool LoadCodecs(FFmpeg& f) {
-    return Loader(QUORVEX_LIBRARY("avcodec", LIBAVCODEC_VERSION_MAJOR)) QUORVEX_TAKE(av_codec_is_encoder)
-        QUORVEX_TAKE(av_codec_iterate) QUORVEX_TAKE(av_packet_alloc) QUORVEX_TAKE(av_packet_free)
-            QUORVEX_TAKE(av_packet_rescale_ts) QUORVEX_TAKE(avcodec_alloc_context3) QUORVEX_TAKE(avcodec_descriptor_get)
-                QUORVEX_TAKE(avcodec_find_best_pix_fmt_of_list) QUORVEX_TAKE(avcodec_free_context)
-                    QUORVEX_TAKE(avcodec_open2) QUORVEX_TAKE(avcodec_parameters_from_context)
-                        QUORVEX_TAKE(avcodec_receive_packet) QUORVEX_TAKE(avcodec_send_frame)
-                            QUORVEX_TAKE(avcodec_version)
-                                .IsComplete();
+    return Loader("avcodec", LIBAVCODEC_VERSION_MAJOR)
+        .Take(f.av_codec_is_encoder, "av_codec_is_encoder")
+        .Take(f.av_codec_iterate, "av_codec_iterate")
+        .Take(f.av_packet_alloc, "av_packet_alloc")
+        .Take(f.av_packet_free, "av_packet_free")
+        .Take(f.av_packet_rescale_ts, "av_packet_rescale_ts")
+        .Take(f.avcodec_alloc_context3, "avcodec_alloc_context3")
+        .Take(f.avcodec_descriptor_get, "avcodec_descriptor_get")
+        .Take(f.avcodec_find_best_pix_fmt_of_list, "avcodec_find_best_pix_fmt_of_list")
+        .Take(f.avcodec_free_context, "avcodec_free_context")
+        .Take(f.avcodec_open2, "avcodec_open2")
+        .Take(f.avcodec_parameters_from_context, "avcodec_parameters_from_context")
+        .Take(f.avcodec_receive_packet, "avcodec_receive_packet")
+        .Take(f.avcodec_send_frame, "avcodec_send_frame")
+        .Take(f.avcodec_version, "avcodec_version")
+        .IsComplete();
 }
 
 bool LoadUtilities(FFmpeg& f) {
-    return Loader(QUORVEX_LIBRARY("avutil", LIBAVUTIL_VERSION_MAJOR)) QUORVEX_TAKE(av_frame_alloc)
-        QUORVEX_TAKE(av_frame_free) QUORVEX_TAKE(av_frame_get_buffer) QUORVEX_TAKE(av_frame_make_writable)
-            QUORVEX_TAKE(av_free) QUORVEX_TAKE(av_malloc) QUORVEX_TAKE(av_opt_set) QUORVEX_TAKE(av_pix_fmt_desc_get)
-                .IsComplete();
+    return Loader("avutil", LIBAVUTIL_VERSION_MAJOR)
+        .Take(f.av_frame_alloc, "av_frame_alloc")
+        .Take(f.av_frame_free, "av_frame_free")
+        .Take(f.av_frame_get_buffer, "av_frame_get_buffer")
+        .Take(f.av_frame_make_writable, "av_frame_make_writable")
+        .Take(f.av_free, "av_free")
+        .Take(f.av_malloc, "av_malloc")
+        .Take(f.av_opt_set, "av_opt_set")
+        .Take(f.av_pix_fmt_desc_get, "av_pix_fmt_desc_get")
+        .IsComplete();
 }
 
 bool LoadScaler(FFmpeg& f) {
-    return Loader(QUORVEX_LIBRARY("swscale", LIBSWSCALE_VERSION_MAJOR)) QUORVEX_TAKE(sws_freeContext)
-        QUORVEX_TAKE(sws_getCoefficients) QUORVEX_TAKE(sws_getContext) QUORVEX_TAKE(sws_scale)
-            QUORVEX_TAKE(sws_setColorspaceDetails)
-                .IsComplete();
+    return Loader("swscale", LIBSWSCALE_VERSION_MAJOR)
+        .Take(f.sws_freeContext, "sws_freeContext")
+        .Take(f.sws_getCoefficients, "sws_getCoefficients")
+        .Take(f.sws_getContext, "sws_getContext")
+        .Take(f.sws_scale, "sws_scale")
+        .Take(f.sws_setColorspaceDetails, "sws_setColorspaceDetails")
+        .IsComplete();
 }
-
-#undef QUORVEX_TAKE
 
 } // namespace
 
