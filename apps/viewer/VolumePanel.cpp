@@ -56,7 +56,7 @@ VolumePanel::VolumePanel(SceneModel& scene, QWidget* parent)
     : QWidget(parent), m_scene(scene), m_name(new QLabel), m_editor(new TransferEditor(this)), m_preset(new QComboBox),
       m_mode(new QComboBox), m_level(LevelSlider(tr("Level"), tr("Moves the whole transfer function"))),
       m_window(LevelSlider(tr("Window"), tr("Stretches the transfer function about its middle"))),
-      m_samples(new QDoubleSpinBox), m_cuts{}, m_controls(new QWidget) {
+      m_samples(new QDoubleSpinBox), m_controls(new QWidget) {
     auto* const inner = new QVBoxLayout(m_controls);
     inner->addWidget(m_editor, 1);
     inner->addWidget(MakeLook());

@@ -53,7 +53,7 @@ private:
     QSlider* m_level;
     QSlider* m_window;
     QDoubleSpinBox* m_samples;
-    std::array<CutControls*, 3> m_cuts;
+    std::array<CutControls*, 3> m_cuts{};
     QWidget* m_controls;
     bool m_edited = false; // the curve is not a preset's any more
 };

@@ -3,7 +3,6 @@
 
 #include <QApplication>
 #include <QCommandLineParser>
-#include <QFileInfo>
 
 #include "Engine.h"
 #include "MainWindow.h"
@@ -25,21 +24,11 @@ bool HasDisplay() {
     return display != nullptr;
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
-    using namespace KOVA::Quorvex::viewer;
-    qputenv("QT_QPA_PLATFORM", "xcb"); // the library draws to X11 windows
-    if (!HasDisplay()) {
-        std::fputs("quorvex-viewer: there is no X11 display to show a window on\n", stderr);
-        return c_noDisplay;
-    }
-    QApplication application(argc, argv);
-    QApplication::setOrganizationName(QStringLiteral("Quorvex"));
-    QApplication::setApplicationName(QStringLiteral("quorvex-viewer"));
-    QApplication::setApplicationDisplayName(QStringLiteral("Quorvex"));
-    QApplication::setApplicationVersion(QStringLiteral(QUORVEX_VERSION));
-
+// Names the program and returns the files; asked for its help or version, it ends here.
+QStringList ReadCommandLine(QCoreApplication& application) {
+    QCoreApplication::setOrganizationName(QStringLiteral("Quorvex"));
+    QCoreApplication::setApplicationName(QStringLiteral("quorvex-viewer"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(QUORVEX_VERSION));
     QCommandLineParser parser;
     parser.setApplicationDescription(
         QStringLiteral("Shows measured parts: meshes (STL) and volumes (REK).\n"
@@ -49,12 +38,28 @@ int main(int argc, char** argv) {
     parser.addPositionalArgument(QStringLiteral("files"), QStringLiteral("STL and REK files, shown together"),
                                  QStringLiteral("[FILE...]"));
     parser.process(application);
+    return parser.positionalArguments();
+}
 
+} // namespace
+
+int main(int argc, char** argv) {
+    using namespace KOVA::Quorvex::viewer;
+    qputenv("QT_QPA_PLATFORM", "xcb"); // the library draws to X11 windows
+    if (!HasDisplay()) {
+        QCoreApplication application(argc, argv);
+        ReadCommandLine(application);
+        std::fputs("quorvex-viewer: there is no X11 display to show a window on\n", stderr);
+        return c_noDisplay;
+    }
+    QApplication application(argc, argv);
+    QApplication::setApplicationDisplayName(QStringLiteral("Quorvex"));
+    const QStringList files = ReadCommandLine(application);
     try {
         Engine engine;
         MainWindow window(engine);
         window.show();
-        window.Open(parser.positionalArguments());
+        window.Open(files);
         return QApplication::exec();
     } catch (const std::exception& error) {
         std::fprintf(stderr, "quorvex-viewer: %s\n", error.what());

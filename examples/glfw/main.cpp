@@ -28,6 +28,12 @@ Host& HostOf(GLFWwindow* window) {
     return *static_cast<Host*>(glfwGetWindowUserPointer(window));
 }
 
+// A mouse that never moved before is at a place, too.
+void PressButton(GLFWwindow* window, int /*button*/, int /*action*/, int /*modifiers*/) {
+    Host& host = HostOf(window);
+    glfwGetCursorPos(window, &host.mouseX, &host.mouseY);
+}
+
 void MoveMouse(GLFWwindow* window, double x, double y) {
     Host& host = HostOf(window);
     if (glfwGetMouseButton(window, GLFW_MOUSE_BUTTON_LEFT) == GLFW_PRESS) {
@@ -89,6 +95,7 @@ bool Run(GLFWwindow* window, const char* path) {
         host.frame.Init(handle, &host.view);
         glfwSetWindowUserPointer(window, &host);
         glfwSetCursorPosCallback(window, MoveMouse);
+        glfwSetMouseButtonCallback(window, PressButton);
         glfwSetScrollCallback(window, Zoom);
         glfwSetKeyCallback(window, PressKey);
         glfwSetFramebufferSizeCallback(window, Resize);
