@@ -4,8 +4,8 @@
 #include <vector>
 
 // A font of lines, as plotters draw it, for text in pictures that no graphics driver takes part in: it looks the same
-// on every system and needs nothing installed. Text is UTF-8; it has the characters of ASCII and the letters of western Europe, and
-// others become boxes.
+// on every system and needs nothing installed. Text is UTF-8; it has the characters of ASCII and the letters of western
+// Europe, and others become boxes.
 
 namespace KOVA::Quorvex::cli {
 
