@@ -32,13 +32,8 @@ void ReleaseVideo();
 // The codecs that videos can be written with, those included that are known but cannot be opened.
 std::vector<ICINFO> InstalledCodecs();
 
-// What a recording is written with. Owns what the record points to.
+// What a recording is written with. What the record points to lives as long as the object that it was handed out with.
 struct CodecOptions {
-    CodecOptions() = default;
-    CodecOptions(const CodecOptions&) = delete;
-    CodecOptions& operator=(const CodecOptions&) = delete;
-    ~CodecOptions();
-
     AVICOMPRESSOPTIONS record{};
 };
 

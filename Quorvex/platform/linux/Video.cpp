@@ -71,8 +71,6 @@ private:
 void InitVideo() {}
 void ReleaseVideo() {}
 
-CodecOptions::~CodecOptions() = default;
-
 std::shared_ptr<const CodecOptions> MakeCodecOptions(std::uint32_t handler) {
     auto options = std::make_shared<CodecOptions>();
     options->record.fccType = VIDEO_STREAM;

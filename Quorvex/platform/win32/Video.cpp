@@ -35,6 +35,21 @@ struct ReleaseStream {
 using FilePointer = std::unique_ptr<IAVIFile, ReleaseFile>;
 using StreamPointer = std::unique_ptr<IAVIStream, ReleaseStream>;
 
+// Frees what the dialog puts into the record at the end.
+struct FreeOptions {
+    void operator()(CodecOptions* options) const {
+        AVICOMPRESSOPTIONS* record = &options->record;
+        AVISaveOptionsFree(1, &record);
+        std::default_delete<CodecOptions>()(options);
+    }
+};
+
+std::shared_ptr<CodecOptions> NewOptions() {
+    std::shared_ptr<CodecOptions> options(new CodecOptions, FreeOptions());
+    options->record.fccType = streamtypeVIDEO;
+    return options;
+}
+
 class AviFile final : public VideoFile {
 public:
     AviFile(std::filesystem::path path, unsigned int width, unsigned int height)
@@ -61,9 +76,8 @@ public:
     }
 
     std::shared_ptr<const CodecOptions> ChooseCodec(HWND window) override {
-        auto options = std::make_shared<CodecOptions>();
+        const std::shared_ptr<CodecOptions> options = NewOptions();
         AVICOMPRESSOPTIONS* record = &options->record;
-        record->fccType = streamtypeVIDEO;
         if (s_chooser != nullptr) {
             record->fccHandler = UNCOMPRESSED;
             return s_chooser(window, record, s_chooserUser) ? options : nullptr;
@@ -139,15 +153,8 @@ void ReleaseVideo() {
     AVIFileExit();
 }
 
-// Frees what the dialog has put into the record.
-CodecOptions::~CodecOptions() {
-    AVICOMPRESSOPTIONS* options = &record;
-    AVISaveOptionsFree(1, &options);
-}
-
 std::shared_ptr<const CodecOptions> MakeCodecOptions(std::uint32_t handler) {
-    auto options = std::make_shared<CodecOptions>();
-    options->record.fccType = streamtypeVIDEO;
+    const std::shared_ptr<CodecOptions> options = NewOptions();
     options->record.fccHandler = handler;
     return options;
 }
