@@ -132,6 +132,7 @@ void ViewerHost::Keep(const QImage& picture, const char* name) {
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     qputenv("QT_QPA_PLATFORM", "xcb");
+    qputenv("LIBGL_ALWAYS_SOFTWARE", "1"); // every machine draws the same
     QApplication application(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("QuorvexTest"));
     QApplication::setApplicationName(QStringLiteral("viewer"));
