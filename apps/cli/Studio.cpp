@@ -36,10 +36,6 @@ constexpr ColorRGBA c_boxColor{1.0F, 0.55F, 0.1F};
 constexpr ColorRGB c_markOnDark{1.0F, 0.85F, 0.2F};
 constexpr ColorRGB c_markOnLight{0.7F, 0.0F, 0.1F};
 
-// How far marks are moved towards the viewer, in radii of the scene: a mark on a surface is not hidden by it, nor is
-// its label where the surface leans towards the viewer. Less than what the camera leaves free in front of the scene.
-constexpr double c_markLift = 0.04;
-
 // The label of a line lies at its middle. Blank lines below bring the text above the line.
 std::string AboveTheMiddle(const std::string& label) {
     const auto lines = static_cast<std::size_t>(std::count(label.begin(), label.end(), '\n')) + 1;
@@ -48,6 +44,12 @@ std::string AboveTheMiddle(const std::string& label) {
         raised += "\n ";
     }
     return raised;
+}
+
+// Whether parts hide what lies behind them.
+bool IsOpaque(MeshAttribute::RenderMode mode) {
+    return mode != MeshAttribute::RENDER_WIREFRAME && mode != MeshAttribute::RENDER_POINTS &&
+           mode != MeshAttribute::RENDER_XRAY;
 }
 
 // Lines and points are as wide as they would be without anti-aliasing.
@@ -246,32 +248,42 @@ void Studio::SetScale(double scale) {
 }
 
 void Studio::PlaceMarks(double scale) {
-    const bool parallel = m_options.projection == Projection::Orthogonal;
-    const auto lift = static_cast<float>(scale * c_markLift);
-    const auto placed = [this, scale, lift, parallel](const Position& p) {
-        const Vector3f place(static_cast<float>(p[0] * scale), static_cast<float>(p[1] * scale),
-                             static_cast<float>(p[2] * scale));
-        return place + Normalize(parallel ? TowardsViewer(m_view) : m_view.getPosition() - place) * lift;
-    };
-    // Labels are made for the middle of what the camera sees: nearer ones would come out larger, farther ones smaller.
-    const auto adjust = [this, parallel](Text& label, const Vector3f& place) {
-        const float depth = DotProduct(m_view.getPosition() - place, TowardsViewer(m_view));
-        label.AdjustSize(parallel ? 1.0F : 2.0F * depth / (m_view.getNear() + m_view.getFar()));
-    };
+    const std::vector<Mesh*> none;
+    const MarkPlaces places(m_view, IsOpaque(m_options.meshMode) ? m_meshes : none, scale,
+                            m_options.stereo != STEREO_NONE);
     const Background background = BackgroundOf(m_options, m_hasVolumes);
     const ColorRGB color = Brightness(background) > 0.8 ? c_markOnLight : c_markOnDark;
+    const ColorRGBA own(color.r, color.g, color.b);
     m_overlay->Clear();
+    m_labelPlaces.clear();
     for (const PointMark& mark : m_marks.points) {
-        Point& point = m_overlay->AddPoint(placed(mark.position), color, mark.label);
-        adjust(point.TextRef(), point.GetPosition());
+        const bool seen = places.IsSeen(mark.position);
+        const Vector3f place = seen ? places.InFront(mark.position) : places.OnSurface(mark.position);
+        Point& point = m_overlay->AddPoint(place, color, mark.label);
+        point.TextRef().AdjustSize(places.LabelFactor(point.GetPosition()));
     }
     for (const LineMark& mark : m_marks.lines) {
-        Point& first = m_overlay->AddPoint(placed(mark.ends[0]), color, "");
-        Point& second = m_overlay->AddPoint(placed(mark.ends[1]), color, "");
-        const ColorRGBA own(color.r, color.g, color.b);
-        Line& line = m_overlay->AddLine(first, second, own, AboveTheMiddle(mark.label));
-        adjust(line.TextRef(), (first.GetPosition() + second.GetPosition()) * 0.5F);
+        Point& first = m_overlay->AddPoint(places.OnSurface(mark.ends[0]), color, "");
+        Point& second = m_overlay->AddPoint(places.OnSurface(mark.ends[1]), color, "");
+        m_overlay->AddLine(first, second, own, "");
+        if (!mark.label.empty()) {
+            AddLabel(places, mark, m_overlay->AddLine(first, first, own, AboveTheMiddle(mark.label)));
+        }
     }
+}
+
+// On a line without length, at the middle of the line that it belongs to. What is measured may run through material:
+// its label is seen when any of it is.
+void Studio::AddLabel(const MarkPlaces& places, const LineMark& mark, Line& label) {
+    Position middle{};
+    for (std::size_t i = 0; i < middle.size(); ++i) {
+        middle[i] = (mark.ends[0][i] + mark.ends[1][i]) / 2.0;
+    }
+    const bool seen = places.IsSeen(middle) || places.IsSeen(mark.ends[0]) || places.IsSeen(mark.ends[1]);
+    Point& place = m_labelPlaces.emplace_back(seen ? places.InFront(middle) : places.OnSurface(middle));
+    label.SetPoint0Ptr(&place);
+    label.SetPoint1Ptr(&place);
+    label.TextRef().AdjustSize(places.LabelFactor(place.GetPosition()));
 }
 
 void Studio::SetAntiAliasing(PictureSize size, double factor) {

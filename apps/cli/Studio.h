@@ -2,11 +2,13 @@
 
 #include <array>
 #include <functional>
+#include <list>
 #include <vector>
 
 #include <Quorvex/frame/RenderFrame.h>
 #include <Quorvex/view/View.h>
 
+#include "MarkPlaces.h"
 #include "OffscreenSession.h"
 #include "RenderOptions.h"
 #include "Scene.h"
@@ -39,6 +41,7 @@ private:
     void LightLinesForView();
     void Turn(unsigned int pictures);
     void PlaceMarks(double scale);
+    void AddLabel(const MarkPlaces& places, const LineMark& mark, Line& label);
     void SetAntiAliasing(PictureSize size, double factor);
     void ExposeXRay();
     void SetUpStereo();
@@ -54,7 +57,8 @@ private:
     std::vector<Mesh*> m_meshes;                  // in the frame
     std::vector<std::vector<Vector3f>> m_normals; // theirs, when they are drawn as lines, which have others
     const Marks& m_marks;
-    OverlayData* m_overlay; // in the frame
+    OverlayData* m_overlay;         // in the frame
+    std::list<Point> m_labelPlaces; // of lines; the overlay would draw them
 };
 
 // The factor by which an X-ray scene is enlarged so that its brightest spots come out at the wanted level, when they

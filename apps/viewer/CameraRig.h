@@ -6,18 +6,9 @@
 #include <Quorvex/view/View.h>
 
 #include <shared/Camera.h>
-
-#include "Vector3d.h"
+#include <shared/Ray.h>
 
 namespace KOVA::Quorvex::viewer {
-
-// A line of sight: from origin in a direction of any length, in scene coordinates.
-struct Ray {
-    Vector3d origin;
-    Vector3d direction;
-
-    Vector3d At(double t) const { return origin + direction * t; }
-};
 
 // The camera of one frame, as mouse and menus move it: it looks at a pivot, the middle of the picture, about which it
 // turns. The view is right-handed. Positions in the frame are in its pixels from the upper left corner; lengths are

@@ -8,9 +8,8 @@
 #include <shared/Background.h>
 #include <shared/Failure.h>
 #include <shared/Lighting.h>
+#include <shared/MeetMesh.h>
 #include <shared/ModelFile.h>
-
-#include "MeetMesh.h"
 
 namespace KOVA::Quorvex::viewer {
 

@@ -242,6 +242,28 @@ TEST(PicturesTest, PointsAndLinesAreWhereTheyWereAskedFor) {
     }
 }
 
+// Beside a block that rises towards the viewer: the text runs on in front of it.
+TEST(PicturesTest, NoPartRunsThroughTheLabelOfWhatIsSeen) {
+    const Folder folder;
+    const std::string plate = WriteBinary(folder.Path("a.stl"), BoxSurface({-1, -1, -0.1F}, {1, 1, 0}));
+    const std::string block = WriteBinary(folder.Path("b.stl"), BoxSurface({0.05F, -1, 0}, {1, 1, 1}));
+    const auto isMark = [](const Pixel& p) { return p.r > 150 && p.g > 100 && p.b < 90; };
+    const auto draw = [&](const std::vector<std::string>& arguments) {
+        return Find(
+            Draw(folder, arguments + std::vector<std::string>{"--view", "front", "--size", "300x300"} + c_black),
+            isMark);
+    };
+    const std::string point = "--point=0,0,0,HHHHHHHH";
+    const Spot alone = draw({plate, point, "--projection", "orthogonal"});
+    EXPECT_GT(alone.Width(), 60);
+    EXPECT_NEAR(draw({plate, block, point, "--projection", "orthogonal"}).Width(), alone.Width(), 1);
+    EXPECT_NEAR(draw({plate, block, point}).Width(), alone.Width(), 2) << "as large, although it is nearer";
+
+    const Spot line = draw({plate, block, "--line=-0.5,0,0,0.5,0,0,HHHHHHHH", "--projection", "orthogonal"});
+    const Spot hidden = draw({plate, block, "--line=-0.5,0,0,0.5,0,0", "--projection", "orthogonal"});
+    EXPECT_GT(line.Width(), hidden.Width() + 20) << "the label reaches farther than what is seen of the line";
+}
+
 // Through red glass on the left, what is near has to be farther right than through cyan glass on the right; in
 // interleaved pictures each eye has its own rows or columns.
 TEST(PicturesTest, StereoPicturesHaveDepthTheRightWayRound) {

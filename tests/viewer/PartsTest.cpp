@@ -9,9 +9,9 @@
 #include <Quorvex/volume/VolumeAttribute.h>
 #include <Quorvex/volume/VolumeBuilder.h>
 
+#include <shared/MeetMesh.h>
 #include <viewer/CameraRig.h>
 #include <viewer/Measurements.h>
-#include <viewer/MeetMesh.h>
 #include <viewer/MeetVolume.h>
 #include <viewer/TransferCurve.h>
 

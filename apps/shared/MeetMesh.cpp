@@ -4,7 +4,7 @@
 
 #include <Quorvex/mesh/MeshData.h>
 
-namespace KOVA::Quorvex::viewer {
+namespace KOVA::Quorvex::apps {
 
 namespace {
 
@@ -65,4 +65,4 @@ std::optional<double> NearestVertex(const MeshData& data, const Ray& ray) {
     return found;
 }
 
-} // namespace KOVA::Quorvex::viewer
+} // namespace KOVA::Quorvex::apps

@@ -5,7 +5,9 @@
 
 #include <Quorvex/core/Vectors.h>
 
-namespace KOVA::Quorvex::viewer {
+#include "Programs.h"
+
+namespace KOVA::Quorvex::apps {
 
 // A point or direction with room for differences of large numbers.
 struct Vector3d {
@@ -34,4 +36,4 @@ inline double Length(const Vector3d& v) {
     return std::sqrt(Dot(v, v));
 }
 
-} // namespace KOVA::Quorvex::viewer
+} // namespace KOVA::Quorvex::apps
