@@ -92,7 +92,8 @@ void Show(Subject subject) {
     unsigned int vertex = 0;
     for (unsigned int quad = 0; quad < columns * rows; ++quad) {
         for (const unsigned int k : {0U, 1U, 2U, 0U, 2U, 3U}) {
-            const Vector3f corner = point(quad % columns + (k == 1 || k == 2), quad / columns + (k >= 2));
+            const Vector3f corner =
+                point(quad % columns + (k == 1 || k == 2 ? 1 : 0), quad / columns + (k >= 2 ? 1 : 0));
             data->SetVertex(vertex, corner);
             data->SetNormal(vertex++, Normalize(corner));
         }
