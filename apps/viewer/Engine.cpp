@@ -26,7 +26,7 @@ Engine::Engine() {
                          void* self) { emit static_cast<Engine*>(self)->Warned(QString::fromUtf8(text)); },
                       this);
     m_window.create();
-    m_handle = Attach(m_window.winId());
+    m_handle = Attach(m_window.winId()); // NOLINT(cppcoreguidelines-prefer-member-initializer): handler first
     if (m_handle == nullptr || !Quorvex::Init(m_handle)) {
         throw Failure("OpenGL cannot be started on this display");
     }

@@ -44,16 +44,14 @@ Loader::~Loader() {
 }
 
 void Loader::Load(const QStringList& paths) {
-    m_asked = m_unfinished == 0 ? 0 : m_asked;
-    {
+    m_asked = IsBusy() ? m_asked : 0;
+    for (const QString& path : paths) {
+        auto job = std::make_shared<Job>();
+        job->path = QFile::encodeName(path).toStdString();
+        m_undelivered.push_back(job);
+        ++m_asked;
         const std::lock_guard lock(m_mutex);
-        for (const QString& path : paths) {
-            auto job = std::make_shared<Job>();
-            job->path = QFile::encodeName(path).toStdString();
-            m_jobs.push_back(std::move(job));
-            ++m_unfinished;
-            ++m_asked;
-        }
+        m_jobs.push_back(std::move(job));
     }
     m_wake.notify_one();
     m_timer.start();
@@ -62,12 +60,8 @@ void Loader::Load(const QStringList& paths) {
 
 // The jobs still come back, marked as cancelled.
 void Loader::Cancel() {
-    const std::lock_guard lock(m_mutex);
-    for (const auto& job : m_jobs) {
+    for (const auto& job : m_undelivered) {
         job->progress.Cancel();
-    }
-    if (m_current) {
-        m_current->progress.Cancel();
     }
 }
 
@@ -82,7 +76,6 @@ void Loader::Work() {
             }
             job = m_jobs.front();
             m_jobs.pop_front();
-            m_current = job;
         }
         try {
             if (!job->progress.IsCancelled()) {
@@ -97,11 +90,7 @@ void Loader::Work() {
 }
 
 void Loader::Deliver(const std::shared_ptr<Job>& job) {
-    {
-        const std::lock_guard lock(m_mutex);
-        m_current = m_current == job ? nullptr : m_current;
-    }
-    --m_unfinished;
+    m_undelivered.pop_front(); // they come in order
     if (!job->progress.IsCancelled()) {
         if (job->part) {
             m_sink(std::move(job->part));
@@ -109,21 +98,18 @@ void Loader::Deliver(const std::shared_ptr<Job>& job) {
             emit Failed(QFile::decodeName(job->path.c_str()), QString::fromLocal8Bit(job->failure));
         }
     }
-    if (m_unfinished == 0) {
+    if (!IsBusy()) {
         m_timer.stop();
         emit Finished();
     }
 }
 
 void Loader::ReportProgress() {
-    std::shared_ptr<Job> job;
-    {
-        const std::lock_guard lock(m_mutex);
-        job = m_current ? m_current : m_jobs.empty() ? nullptr : m_jobs.front();
-    }
-    if (job && m_asked > 0) {
-        const double finished = m_asked - m_unfinished + double{job->progress.GetFraction()};
-        emit Progress(QFileInfo(QFile::decodeName(job->path.c_str())).fileName(), finished / m_asked);
+    if (IsBusy()) {
+        const Job& job = *m_undelivered.front();
+        const auto finished = static_cast<double>(m_asked - m_undelivered.size());
+        emit Progress(QFileInfo(QFile::decodeName(job.path.c_str())).fileName(),
+                      (finished + double{job.progress.GetFraction()}) / static_cast<double>(m_asked));
     }
 }
 

@@ -30,7 +30,7 @@ public:
 
     void Load(const QStringList& paths);
     void Cancel(); // all that waits
-    bool IsBusy() const { return m_unfinished > 0; }
+    bool IsBusy() const { return !m_undelivered.empty(); }
 
 signals:
     void Progress(const QString& name, double fraction); // of all that was asked for since it was idle
@@ -50,13 +50,12 @@ private:
     void ReportProgress();
 
     std::function<void(std::unique_ptr<ScenePart>)> m_sink;
-    std::mutex m_mutex; // guards what the threads share: the jobs that wait, the current one and the wish to end
+    std::mutex m_mutex; // guards what the threads share: the jobs that wait and the wish to end
     std::condition_variable m_wake;
     std::deque<std::shared_ptr<Job>> m_jobs;
-    std::shared_ptr<Job> m_current;
     bool m_quit = false;
-    int m_unfinished = 0; // since Load was called while idle
-    int m_asked = 0;
+    std::deque<std::shared_ptr<Job>> m_undelivered; // all that was asked for, in order
+    std::size_t m_asked = 0;                        // since it was idle
     QTimer m_timer;
     std::thread m_thread; // last: it uses the others
 };

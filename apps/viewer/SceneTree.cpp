@@ -41,7 +41,7 @@ QColor ToQColor(const ColorRGBA& color) {
 QIcon ColorIcon(const ColorRGBA& color) {
     QPixmap pixmap(c_iconSize, c_iconSize);
     pixmap.fill(ToQColor(color));
-    return QIcon(pixmap);
+    return {pixmap};
 }
 
 } // namespace
