@@ -13,6 +13,8 @@
 
 #include <Quorvex/platform/Video.h>
 
+#include <tests/TestDirectory.h>
+
 #include "GlTest.h"
 
 namespace KOVA::Quorvex::test {
@@ -81,26 +83,15 @@ struct Video {
 
 class RecordingGLTest : public GlTest {
 protected:
-    void SetUp() override {
-        GlTest::SetUp();
-        const auto* info = testing::UnitTest::GetInstance()->current_test_info();
-        m_folder = fs::path(testing::TempDir()) /
-                   ("quorvex-recording-" + std::string(info->name()) + std::to_string(std::rand()));
-        fs::remove_all(m_folder);
-        fs::create_directories(m_folder);
-    }
     void TearDown() override {
         SetCodecChooser(nullptr, nullptr);
-        fs::remove_all(m_folder);
         GlTest::TearDown();
     }
 
-    std::string Path(const std::string& name) const { return (m_folder / name).string(); }
-    std::size_t Files() const {
-        return static_cast<std::size_t>(std::distance(fs::directory_iterator(m_folder), fs::directory_iterator()));
-    }
+    std::string Path(const std::string& name) const { return m_folder.Name(name); }
+    std::size_t Files() const { return m_folder.Entries(); }
 
-    fs::path m_folder;
+    TestDirectory m_folder;
 };
 
 // A scene without symmetry, on a window whose sides are no multiples of 4.
@@ -327,7 +318,7 @@ TEST_F(RecordingGLTest, FailuresLeaveWhatWasThere) {
     Stage stage;
     RenderFrame& frame = stage.frame;
     std::ofstream(Path("kept.avi"), std::ios::binary) << "before";
-    const std::string folder = m_folder.string();
+    const std::string folder = m_folder.Path().string();
     for (const std::string& path : {Path("kept.avi"), Path("missing/a.avi"), folder, std::string()}) {
         EXPECT_FALSE(frame.AVIStart(path, NO_CODEC)) << path;
         EXPECT_FALSE(frame.AVIRotate(path, 64, 64, {0, 1, 0}, 3)) << path;
@@ -413,7 +404,7 @@ TEST_F(RecordingGLTest, WritesFilesForOtherReaders) {
         GTEST_SKIP();
     }
     const char* folder = std::getenv("QUORVEX_RECORDINGS");
-    const std::string to = (folder != nullptr ? folder : m_folder.string()) + "/";
+    const std::string to = (folder != nullptr ? folder : m_folder.Path().string()) + "/";
     Stage stage;
     stage.view.RotateWorld({0, 0, 1, 0.3F});
     for (const char* code : {"DIB ", "MJPG", "HFYU", "H264", "FMP4"}) {

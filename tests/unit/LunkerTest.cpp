@@ -19,6 +19,8 @@
 #include <Quorvex/analysis/CubeCases.h>
 #include <Quorvex/analysis/LunkerSurface.h>
 
+#include <tests/TestDirectory.h>
+
 namespace {
 
 using namespace KOVA::Quorvex;
@@ -343,10 +345,10 @@ TEST(LunkerTest, TheStlFileHoldsTheSameTriangles) {
     std::mt19937 random(3);
     const auto data = Noise(20, 20, 20, 0.1, random);
     const Mesh mesh = data->TriangulateLunker();
-    const std::string path = (std::filesystem::temp_directory_path() / "quorvex-lunker-test.stl").string();
+    const TestDirectory folder;
+    const std::string path = folder.Name("lunker.stl");
     ASSERT_TRUE(MeshWriter::WriteSTLBinary(path.c_str(), mesh));
     const Mesh read = MeshReader::ReadSTL(path.c_str());
-    std::filesystem::remove(path);
     const MeshData& a = mesh.GetData();
     const MeshData& b = read.GetData();
     ASSERT_EQ(a.GetNumVertices(), b.GetNumVertices());

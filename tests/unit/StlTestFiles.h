@@ -15,6 +15,8 @@
 #include <Quorvex/mesh/MeshReader.h>
 #include <Quorvex/mesh/StlTriangles.h>
 
+#include <tests/TestDirectory.h>
+
 // Files for the tests of STL input and output, made on the spot.
 
 namespace stltest {
@@ -22,47 +24,14 @@ namespace stltest {
 using namespace KOVA::Quorvex;
 namespace fs = std::filesystem;
 
-// A directory of its own for each test.
-class Directory {
+class Directory : public TestDirectory {
 public:
-    Directory() {
-        static int s_number = 0;
-        const auto* const test = testing::UnitTest::GetInstance()->current_test_info();
-        std::string name = std::string(test->test_suite_name()) + "-" + test->name() + "-" + std::to_string(++s_number);
-        for (char& character : name) {
-            character = character == '/' ? '-' : character;
-        }
-        // Programs that test the same at the same time do not meet: the address differs.
-        name += "-" + std::to_string(reinterpret_cast<std::uintptr_t>(this) ^ std::hash<std::string>()(TimeText()));
-        m_path = fs::temp_directory_path() / ("quorvex-" + name);
-        fs::create_directories(m_path);
-    }
-    ~Directory() {
-        std::error_code error;
-        fs::remove_all(m_path, error);
-    }
-    Directory(const Directory&) = delete;
-    Directory& operator=(const Directory&) = delete;
-
-    std::string Name(const std::string& file) const { return (m_path / file).string(); }
-
     std::string Write(std::string_view contents, const std::string& file = "test.stl") const {
-        fs::remove(m_path / file); // some file systems write a truncated file to the disk at once
-        std::ofstream(m_path / file, std::ios::binary)
+        fs::remove(Path() / file); // some file systems write a truncated file to the disk at once
+        std::ofstream(Path() / file, std::ios::binary)
             .write(contents.data(), static_cast<std::streamsize>(contents.size()));
         return Name(file);
     }
-
-    std::size_t Entries() const {
-        return static_cast<std::size_t>(std::distance(fs::directory_iterator(m_path), fs::directory_iterator()));
-    }
-
-private:
-    static std::string TimeText() {
-        return std::to_string(fs::file_time_type::clock::now().time_since_epoch().count());
-    }
-
-    fs::path m_path;
 };
 
 inline std::string Contents(const std::string& path) {

@@ -10,6 +10,8 @@
 
 #include <Quorvex/platform/linux/RawAvi.h>
 
+#include <tests/TestDirectory.h>
+
 namespace KOVA::Quorvex::platform {
 namespace {
 
@@ -32,10 +34,6 @@ std::vector<unsigned char> Picture(std::size_t number, std::size_t channels) {
 
 class RawAviTest : public testing::Test {
 protected:
-    RawAviTest()
-        : m_path(std::filesystem::path(testing::TempDir()) / ("raw-" + std::to_string(std::rand()) + ".avi")) {}
-    ~RawAviTest() override { std::filesystem::remove(m_path); }
-
     void Record(std::size_t frames, std::uint64_t segmentBytes) {
         SeekableFile file(m_path);
         RawAvi writer(file, WIDTH, HEIGHT, segmentBytes);
@@ -64,7 +62,8 @@ protected:
             << "picture " << number;
     }
 
-    std::filesystem::path m_path;
+    TestDirectory m_folder;
+    std::filesystem::path m_path = m_folder.Path() / "raw.avi";
     std::string m_bytes;
 };
 

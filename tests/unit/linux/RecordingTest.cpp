@@ -11,6 +11,8 @@
 
 #include <Quorvex/frame/Recording.h>
 
+#include <tests/TestDirectory.h>
+
 #include "FileSizeLimit.h"
 
 namespace KOVA::Quorvex {
@@ -22,20 +24,16 @@ constexpr unsigned int SIZE = 64;
 
 class RecordingTest : public testing::TestWithParam<const char*> {
 protected:
-    RecordingTest() : m_folder(fs::path(testing::TempDir()) / ("recording-" + std::to_string(std::rand()))) {
-        fs::create_directories(m_folder);
+    RecordingTest() {
         const char* code = GetParam();
         m_options = platform::MakeCodecOptions(platform::FourCharacters(code[0], code[1], code[2], code[3]));
     }
-    ~RecordingTest() override { fs::remove_all(m_folder); }
 
     std::shared_ptr<Recording> Open() { return Recording::Open(Path().c_str(), SIZE, SIZE, nullptr, m_options); }
-    std::string Path() const { return (m_folder / "a.avi").string(); }
-    std::size_t Files() const {
-        return static_cast<std::size_t>(std::distance(fs::directory_iterator(m_folder), fs::directory_iterator()));
-    }
+    std::string Path() const { return m_folder.Name("a.avi"); }
+    std::size_t Files() const { return m_folder.Entries(); }
 
-    fs::path m_folder;
+    TestDirectory m_folder;
     std::shared_ptr<const platform::CodecOptions> m_options;
 };
 
