@@ -21,7 +21,7 @@ QImage TakeScreenshot(FrameGrid& frames) {
         widget.PreparePass(true);
         if (widget.Frame().RenderToPixels(pixels, static_cast<unsigned int>(width),
                                           static_cast<unsigned int>(height))) {
-            const QImage image(pixels.data(), width, height, 3 * width, QImage::Format_RGB888);
+            const QImage image(pixels.data(), width, height, qsizetype{3} * width, QImage::Format_RGB888);
             painter.drawImage((QPointF(widget.pos()) * ratio).toPoint(), image);
         }
     }
