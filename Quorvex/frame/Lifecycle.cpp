@@ -28,13 +28,23 @@ RenderFrame::~RenderFrame() {
     Release();
 }
 
+// A frame that is attached already lets go first: it would take its own procedure for the window's.
 bool RenderFrame::Init(HWND window, View* view) {
+    if (window != nullptr && view != nullptr && OwnsWindow()) {
+        Release();
+    }
     return Init(platform::AcquireDeviceContext(window), view);
 }
 
 bool RenderFrame::Init(HDC deviceContext, View* view) {
     if (deviceContext == nullptr || view == nullptr) {
         return false;
+    }
+    if (OwnsWindow()) {
+        if (deviceContext == m_deviceContext) { // goes on being used
+            m_deviceContext = nullptr;
+        }
+        Release();
     }
     m_window = platform::WindowOf(deviceContext);
     m_previousProcedure = platform::GetWindowProcedure(m_window);

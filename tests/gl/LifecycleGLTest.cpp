@@ -49,6 +49,8 @@ TEST_F(LifecycleGLTest, AttachingAndReleasingGiveTheWindowBack) {
     EXPECT_EQ(platform::GetWindowProcedure(window), HostProcedure) << "nothing changed";
 
     ASSERT_TRUE(frame.Init(window, &view));
+    ASSERT_TRUE(frame.Init(window, &view)) << "attached anew";
+    ASSERT_TRUE(frame.Init(frame.GetDeviceContext(), &view));
     EXPECT_EQ(platform::GetWindowProcedure(window), RenderFrame::WndProcRenderFrame);
     EXPECT_EQ(platform::GetWindowUserData(window), &frame);
     EXPECT_EQ(frame.GetScreenWidth(), 40U);
