@@ -41,7 +41,7 @@ std::vector<Codec> Codecs() {
     std::vector<Codec> codecs;
     bool uncompressed = false;
     for (const ICINFO& info : Quorvex::GetInstalledAVICodecs()) {
-        const wchar_t* description = static_cast<const wchar_t*>(info.szDescription);
+        const auto* const description = static_cast<const wchar_t*>(info.szDescription);
         codecs.push_back({CodeOf(info.fccHandler), Plain(static_cast<const wchar_t*>(info.szName)), Plain(description),
                           Plain(static_cast<const wchar_t*>(info.szDriver)), description[0] != 0});
         uncompressed = uncompressed || codecs.back().code == "DIB ";

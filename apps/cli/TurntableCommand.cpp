@@ -59,7 +59,7 @@ unsigned long DefaultCodec() {
 }
 
 std::string Duration(double seconds) {
-    const long whole = static_cast<long>(seconds + 0.5);
+    const long whole = std::lround(seconds);
     return whole < 60 ? fmt::format("{} s", whole) : fmt::format("{}:{:02} min", whole / 60, whole % 60);
 }
 
