@@ -306,7 +306,7 @@ TEST_F(RecordingGLTest, TheHostMayEndItFromInsideAPass) {
         next.MakeHeavy();
         DuringPass pass([&] { end(next.frame); });
         EXPECT_FALSE(next.frame.AVIRotate(Path("turn.avi"), 64, 64, {0, 1, 0}, 5));
-        EXPECT_EQ(fs::exists(Path("turn.avi")), &end == &endings[0]) << "stopped ones are kept";
+        EXPECT_EQ(fs::exists(Path("turn.avi")), &end == &endings.front()) << "stopped ones are kept";
         EXPECT_TRUE(next.frame.AVIStop());
         EXPECT_FALSE(next.frame.AVIIsHighQuality());
         fs::remove(Path("turn.avi"));

@@ -49,7 +49,7 @@ public:
     int duringPass = 0;
 
     bool eventFilter(QObject* /*watched*/, QEvent* event) override {
-        if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_F7) {
+        if (event->type() == QEvent::KeyPress && dynamic_cast<QKeyEvent&>(*event).key() == Qt::Key_F7) {
             const std::lock_guard lock(m_mutex);
             if (m_waiting) {
                 m_waiting = false;
@@ -117,7 +117,7 @@ void WriteVolume(const QString& path, unsigned int size) {
         for (unsigned int y = 0; y < size; ++y) {
             for (unsigned int x = 0; x < size; ++x) {
                 state = state * 1664525U + 1013904223U;
-                const bool material = ((x / 24) ^ (y / 24) ^ (z / 24)) & 1U;
+                const bool material = (((x / 24) ^ (y / 24) ^ (z / 24)) & 1U) != 0;
                 *voxel++ = static_cast<unsigned char>((material ? 130U : 30U) + (state >> 27));
             }
         }

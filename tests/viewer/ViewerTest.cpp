@@ -129,7 +129,7 @@ TEST(ViewerTest, ClickSelectsTheMeshAndDisplayModesShow) {
     for (const auto mode :
          {MeshAttribute::RENDER_WIREFRAME, MeshAttribute::RENDER_SURFACE_WIREFRAME, MeshAttribute::RENDER_HIDDEN_LINE,
           MeshAttribute::RENDER_POINTS, MeshAttribute::RENDER_XRAY, MeshAttribute::RENDER_SURFACE}) {
-        static_cast<MeshPart*>(flange)->Attribute().SetRenderMode(mode);
+        dynamic_cast<MeshPart&>(*flange).Attribute().SetRenderMode(mode);
         scene.Apply(flange);
         ASSERT_TRUE(host.Settle());
         const QImage picture = ViewerHost::Picture(host.Frame());
