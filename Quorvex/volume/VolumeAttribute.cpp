@@ -7,6 +7,14 @@
 
 namespace KOVA::Quorvex {
 
+namespace {
+
+// Programs that are built without optimisation look for these constants in the library, which must not leave them out.
+[[gnu::used]] const unsigned int* const s_constants[] = {&VolumeAttribute::transferEntries,
+                                                         &VolumeAttribute::userPlanes};
+
+} // namespace
+
 VolumeAttribute::VolumeAttribute() {
     for (unsigned int i = 0; i < transferEntries; ++i) {
         const float level = static_cast<float>(i) / 255.0F;
