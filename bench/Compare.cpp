@@ -1,19 +1,11 @@
 #include "Compare.h"
 
-#include <algorithm>
 #include <chrono>
 #include <vector>
 
 #include <benchmark/benchmark.h>
 
-namespace {
-
-double Median(std::vector<double> values) {
-    std::nth_element(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2), values.end());
-    return values[values.size() / 2];
-}
-
-} // namespace
+#include "Stage.h"
 
 double Seconds(const std::function<void()>& work) {
     const auto start = std::chrono::steady_clock::now();

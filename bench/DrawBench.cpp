@@ -3,7 +3,6 @@
 // milliseconds, and ratio is the subject's time over the limit's.
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -18,75 +17,22 @@
 #include <Quorvex/Quorvex.h>
 #include <Quorvex/core/OpenGL.h>
 #include <Quorvex/platform/Gl.h>
-#include <Quorvex/platform/NativeWindow.h>
+
+#include "Stage.h"
 
 namespace {
 
 using namespace KOVA::Quorvex;
-using Library = KOVA::Quorvex::Quorvex;
-using Clock = std::chrono::steady_clock;
 
-constexpr unsigned int WIDTH = 800;
-constexpr unsigned int HEIGHT = 600;
+constexpr unsigned int WIDTH = Stage::WIDTH;
+constexpr unsigned int HEIGHT = Stage::HEIGHT;
+constexpr unsigned int MILLION_TRIANGLES = 1000; // columns of the sphere
 
-template <class Action> double Milliseconds(Action&& action) {
-    const auto start = Clock::now();
-    action();
-    return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
-}
-
-double Median(std::vector<double> values) {
-    std::nth_element(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2), values.end());
-    return values[values.size() / 2];
-}
-
-// A sphere with waves, 1000 x 500 quads: a million triangles with normals of their own, three vertices each.
-Mesh BuildMillionTriangles() {
-    constexpr unsigned int columns = 1000;
-    constexpr unsigned int rows = 500;
-    auto* const data = new MeshData(columns * rows * 6, GL_TRIANGLES);
-    data->CreateVertexArray(nullptr);
-    data->CreateNormalArray(nullptr);
-    const auto point = [](unsigned int i, unsigned int j) {
-        const float theta = 6.2831853F * static_cast<float>(i) / columns;
-        const float phi = 3.1415927F * (static_cast<float>(j) / rows - 0.5F);
-        const float r = 1.0F + 0.03F * std::sin(20.0F * theta) * std::cos(15.0F * phi);
-        return Vector3f(r * std::sin(theta) * std::cos(phi), r * std::sin(phi), r * std::cos(theta) * std::cos(phi));
-    };
-    unsigned int vertex = 0;
-    for (unsigned int j = 0; j < rows; ++j) {
-        for (unsigned int i = 0; i < columns; ++i) {
-            const Vector3f corners[] = {point(i, j), point(i + 1, j), point(i + 1, j + 1), point(i, j + 1)};
-            for (const int k : {0, 1, 2, 0, 2, 3}) {
-                data->SetVertex(vertex, corners[k]);
-                data->SetNormal(vertex, Normalize(corners[k]));
-                ++vertex;
-            }
-        }
-    }
-    data->UpdateMetrics();
-    data->Update(STORAGE_VBO);
-    return Mesh(*data);
-}
-
-struct Stage {
-    Stage() : window(CreateOffscreenWindow(WIDTH, HEIGHT)) {
-        if (!Library::Init(window) || !frame.Init(window, &view)) {
-            std::fprintf(stderr, "no OpenGL\n");
-            std::exit(1);
-        }
-        view.SetProjectionPerspectiveRH(0.6F, 1, 10);
-        view.SetModelviewViewer({0, 1, 4}, {0, 0, 0}, {0, 1, 0});
-        frame.SetLight({0, 0, 1});
-    }
-    HWND window;
-    View view;
-    RenderFrame frame;
-};
-
-Stage& TheStage() {
-    static auto* const s_stage = new Stage();
-    return *s_stage;
+Stage& LookAtTheSphere() {
+    Stage& stage = TheStage();
+    stage.view.SetProjectionPerspectiveRH(0.6F, 1, 10);
+    stage.view.SetModelviewViewer({0, 1, 4}, {0, 0, 0}, {0, 1, 0});
+    return stage;
 }
 
 // The same arrays by the shortest way that gives the same light: one clear, one draw call into an off-screen target.
@@ -178,8 +124,8 @@ private:
 
 // A lit frame of a million triangles, shown in the window, beside the bare draw call.
 void LitFrame(benchmark::State& state) {
-    Stage& stage = TheStage();
-    Mesh mesh = BuildMillionTriangles();
+    Stage& stage = LookAtTheSphere();
+    Mesh mesh = BuildWavySphere(MILLION_TRIANGLES);
     stage.frame.Clear();
     stage.frame.Add(mesh);
     BareDraw bare(mesh.GetData(), stage.view);
@@ -204,8 +150,8 @@ BENCHMARK(LitFrame)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(
 
 // Asking for the mesh under a pixel of a million triangles, beside a bare draw call of its buffer in selection mode.
 void HitTest(benchmark::State& state) {
-    Stage& stage = TheStage();
-    Mesh mesh = BuildMillionTriangles();
+    Stage& stage = LookAtTheSphere();
+    Mesh mesh = BuildWavySphere(MILLION_TRIANGLES);
     stage.frame.Clear();
     Mesh* const stored = stage.frame.Add(mesh);
     BareDraw bare(mesh.GetData(), stage.view);
@@ -235,7 +181,7 @@ BENCHMARK(HitTest)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(3
 void BitmapCapture(benchmark::State& state) {
     constexpr unsigned int width = 1920;
     constexpr unsigned int height = 1080;
-    Stage& stage = TheStage();
+    Stage& stage = LookAtTheSphere();
     stage.frame.Clear();
     stage.frame.Add(MeshBuilder::BuildSphere({0, 0, 0}, 1.0F))->GetData().Update(STORAGE_VBO);
     const std::string path =

@@ -17,10 +17,11 @@
 
 #include <Quorvex/Quorvex.h>
 #include <Quorvex/core/OpenGL.h>
-#include <Quorvex/platform/NativeWindow.h>
 #include <Quorvex/volume/FragmentEstimate.h>
 #include <Quorvex/volume/SlicePolygons.h>
 #include <Quorvex/volume/VisibleIntensities.h>
+
+#include "Stage.h"
 
 namespace {
 
@@ -28,16 +29,11 @@ using namespace KOVA::Quorvex;
 using Library = KOVA::Quorvex::Quorvex;
 using Clock = std::chrono::steady_clock;
 
-constexpr unsigned int WIDTH = 800;
-constexpr unsigned int HEIGHT = 600;
+constexpr unsigned int WIDTH = Stage::WIDTH;
+constexpr unsigned int HEIGHT = Stage::HEIGHT;
 
 double Now() {
     return std::chrono::duration<double, std::milli>(Clock::now().time_since_epoch()).count();
-}
-
-double Quantile(std::vector<double> values, double q) {
-    std::sort(values.begin(), values.end());
-    return values[std::min(values.size() - 1, static_cast<std::size_t>(q * static_cast<double>(values.size())))];
 }
 
 // A plate with a boss, a bore and pores in noisy air.
@@ -75,35 +71,26 @@ Volume MakePart(unsigned int n) {
     return Volume(*data);
 }
 
-struct Stage {
-    Stage() : window(CreateOffscreenWindow(WIDTH, HEIGHT)) {
-        if (!Library::Init(window) || !Library::CheckQXExtension(CAPABILITY_VOLUME) || !frame.Init(window, &view)) {
-            std::fprintf(stderr, "no volumes\n");
-            std::exit(1);
-        }
-        view.SetProjectionPerspectiveRH(0.7F, 0.1F, 20);
-        view.SetModelviewViewer({3.6F, 2.6F, 3.7F}, {0, 0, 0}, {0, 1, 0});
-        frame.SetLight({0, 0, 1});
+Stage& LookAtThePart() {
+    Stage& stage = TheStage();
+    if (!Library::CheckQXExtension(CAPABILITY_VOLUME)) {
+        std::fprintf(stderr, "no volumes\n");
+        std::exit(1);
     }
+    stage.view.SetProjectionPerspectiveRH(0.7F, 0.1F, 20);
+    stage.view.SetModelviewViewer({3.6F, 2.6F, 3.7F}, {0, 0, 0}, {0, 1, 0});
+    return stage;
+}
 
-    Volume& Show(unsigned int n) {
-        auto found = parts.find(n);
-        if (found == parts.end()) {
-            found = parts.emplace(n, MakePart(n)).first;
-        }
-        frame.Clear();
-        return *frame.Add(found->second);
+// Alone in the frame. Made once.
+Volume& Show(unsigned int n, RenderFrame& frame) {
+    static auto& parts = *new std::map<unsigned int, Volume>;
+    auto found = parts.find(n);
+    if (found == parts.end()) {
+        found = parts.emplace(n, MakePart(n)).first;
     }
-
-    HWND window;
-    View view;
-    RenderFrame frame;
-    std::map<unsigned int, Volume> parts;
-};
-
-Stage& TheStage() {
-    static auto* const s_stage = new Stage();
-    return *s_stage;
+    frame.Clear();
+    return *frame.Add(found->second);
 }
 
 enum Look : std::int64_t { SOLID, CLOUDY };
@@ -195,8 +182,8 @@ double DrawUnfilled(RenderFrame& frame) {
 }
 
 void VolumePass(benchmark::State& state) {
-    Stage& stage = TheStage();
-    Volume& volume = stage.Show(256);
+    Stage& stage = LookAtThePart();
+    Volume& volume = Show(256, stage.frame);
     VolumeAttribute& attribute = volume.GetAttribute();
     attribute.SetRenderMode(static_cast<VolumeAttribute::RenderMode>(state.range(0)));
     SetLook(attribute, static_cast<Look>(state.range(1)));
@@ -248,8 +235,8 @@ struct Request {
 
 // From a request that arrives during a quality pass to the fast picture that answers it.
 void InterruptLatency(benchmark::State& state) {
-    Stage& stage = TheStage();
-    VolumeAttribute& attribute = stage.Show(static_cast<unsigned int>(state.range(0))).GetAttribute();
+    Stage& stage = LookAtThePart();
+    VolumeAttribute& attribute = Show(static_cast<unsigned int>(state.range(0)), stage.frame).GetAttribute();
     SetLook(attribute, CLOUDY);
     attribute.SetRenderMode(static_cast<VolumeAttribute::RenderMode>(state.range(1)));
     const double whole = DrawPass(stage.frame, true);
@@ -290,8 +277,8 @@ BENCHMARK(InterruptLatency)
 
 // One call that changes nothing.
 void ProgressCall(benchmark::State& state) {
-    Stage& stage = TheStage();
-    stage.Show(256);
+    Stage& stage = LookAtThePart();
+    Show(256, stage.frame);
     for ([[maybe_unused]] auto _ : state) {
         benchmark::DoNotOptimize(stage.frame.Progress(0.25F));
     }

@@ -64,8 +64,6 @@ bool RenderFrame::OpenRecording(const std::string& path, Size size, unsigned lon
     return m_recording != nullptr;
 }
 
-// The interface takes paths by value.
-// NOLINTNEXTLINE(performance-unnecessary-value-param)
 bool RenderFrame::AVIStart(std::string path, unsigned long codec) {
     const Size size{m_screenWidth / 4 * 4, m_screenHeight / 4 * 4};
     if (!OpenRecording(path, size, codec)) {
@@ -133,7 +131,6 @@ bool RenderFrame::RecordFrames(const std::string& path, Size size, unsigned int 
     return AVIStop();
 }
 
-// NOLINTNEXTLINE(performance-unnecessary-value-param)
 bool RenderFrame::AVIRotate(std::string path, unsigned int width, unsigned int height, const Vector3f& axis,
                             unsigned int frames) {
     const auto step = static_cast<float>(2.0 * std::numbers::pi / frames);
@@ -145,7 +142,6 @@ bool RenderFrame::AVIRotate(std::string path, unsigned int width, unsigned int h
     });
 }
 
-// NOLINTNEXTLINE(performance-unnecessary-value-param)
 bool RenderFrame::AVIAnimate(std::string path, unsigned int width, unsigned int height, unsigned int frames,
                              void (*callback)(void* user, unsigned int frame, unsigned int frames), void* user) {
     return callback != nullptr &&

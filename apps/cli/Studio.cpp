@@ -13,6 +13,7 @@
 
 #include "Failure.h"
 #include "Lighting.h"
+#include "PartLook.h"
 #include "StereoView.h"
 #include "VolumeLook.h"
 
@@ -23,14 +24,8 @@ namespace {
 // The library draws at most this many pixels each way and resamples.
 constexpr double c_maxDrawnSize = 4096.0;
 
-// Smooth metal: highlights that are small enough to show the shape.
-constexpr float c_shininess = 30.0F;
-constexpr float c_specularity = 0.25F;
-
 // On each side of the box, so that it does not hide the numbers of the grid.
 constexpr double c_roomForNumbers = 0.05;
-
-constexpr ColorRGBA c_boxColor{1.0F, 0.55F, 0.1F};
 
 // Marks stand out from parts and from backgrounds of either kind.
 constexpr ColorRGB c_markOnDark{1.0F, 0.85F, 0.2F};
@@ -144,7 +139,7 @@ void Studio::Turn(unsigned int pictures) {
     const Position& axis = *m_options.turnAxis;
     m_view.RotateWorld({static_cast<float>(axis[0]), static_cast<float>(axis[1]), static_cast<float>(axis[2]),
                         static_cast<float>(2.0 * std::numbers::pi / pictures)});
-    PlaceMarks(m_scale);
+    PlaceMarks();
     if (ShowsLines(m_options.meshMode)) {
         LightLinesForView();
     }
@@ -243,13 +238,13 @@ void Studio::SetScale(double scale) {
     Load(FitCamera(m_box.Scaled(scale),
                    {m_options.side, m_options.projection, m_options.fovDegrees, aspect, m_options.turnAxis}),
          m_view);
-    PlaceMarks(scale);
+    PlaceMarks();
     m_frame.SetGridUnit(m_unit / scale, m_middle[0], m_middle[1], m_middle[2]);
 }
 
-void Studio::PlaceMarks(double scale) {
+void Studio::PlaceMarks() {
     const std::vector<Mesh*> none;
-    const MarkPlaces places(m_view, IsOpaque(m_options.meshMode) ? m_meshes : none, scale,
+    const MarkPlaces places(m_view, IsOpaque(m_options.meshMode) ? m_meshes : none, m_scale,
                             m_options.stereo != STEREO_NONE);
     const Background background = BackgroundOf(m_options, m_hasVolumes);
     const ColorRGB color = Brightness(background) > 0.8 ? c_markOnLight : c_markOnDark;

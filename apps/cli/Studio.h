@@ -40,7 +40,7 @@ private:
     void SetScale(double scale);
     void LightLinesForView();
     void Turn(unsigned int pictures);
-    void PlaceMarks(double scale);
+    void PlaceMarks();
     void AddLabel(const MarkPlaces& places, const LineMark& mark, Line& label);
     void SetAntiAliasing(PictureSize size, double factor);
     void ExposeXRay();

@@ -11,10 +11,6 @@ namespace KOVA::Quorvex::apps {
 
 namespace {
 
-float Dot(const Vector3f& a, const Vector3f& b) {
-    return a.x * b.x + a.y * b.y + a.z * b.z;
-}
-
 // In the direction that the order of the corners gives, of any length; not finite or zero for a triangle without area.
 Vector3f Outside(const Vector3f* corners) {
     // Brought to a length near 1 first: products of very short edges would vanish.
@@ -22,7 +18,7 @@ Vector3f Outside(const Vector3f* corners) {
     Vector3f b = corners[2] - corners[0];
     a.Normalize();
     b.Normalize();
-    return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
+    return CrossProduct(a, b);
 }
 
 bool HasDirection(const Vector3f& v) {
@@ -55,7 +51,7 @@ void OrientNormals(MeshData& data) {
         if (!HasDirection(normal)) {
             return outside;
         }
-        return Dot(normal, outside) < 0.0F ? -normal : normal;
+        return DotProduct(normal, outside) < 0.0F ? -normal : normal;
     });
 }
 
@@ -67,7 +63,7 @@ void LightLines(MeshData& data, const View& view) {
     ForEachCorner(data, [&](Vector3f normal, const Vector3f& outside, const Vector3f& corner) {
         const Vector3f lineOfSight = perspective ? eye - corner : towardsViewer;
         // On back sides the lighting turns the normal round.
-        const float side = Dot(outside, lineOfSight) < 0.0F ? -1.0F : 1.0F;
+        const float side = DotProduct(outside, lineOfSight) < 0.0F ? -1.0F : 1.0F;
         return (normal.Normalize() + towardsViewer * (turn * side)).Normalize();
     });
 }

@@ -10,15 +10,11 @@
 #include <shared/Lighting.h>
 #include <shared/MeetMesh.h>
 #include <shared/ModelFile.h>
+#include <shared/PartLook.h>
 
 namespace KOVA::Quorvex::viewer {
 
 namespace {
-
-// Smooth metal: highlights that are small enough to show the shape.
-constexpr float c_shininess = 30.0F;
-constexpr float c_specularity = 0.25F;
-constexpr ColorRGBA c_boxColor{1.0F, 0.55F, 0.1F};
 
 // The vertices without normals; they stay the other's.
 Mesh Unlit(MeshData& data) {

@@ -5,6 +5,7 @@
 
 #include <QLocale>
 
+#include <shared/PartLook.h>
 #include <shared/RekFile.h>
 #include <shared/VolumeMaterial.h>
 
@@ -13,8 +14,6 @@
 namespace KOVA::Quorvex::viewer {
 
 namespace {
-
-constexpr ColorRGBA c_boxColor{1.0F, 0.55F, 0.1F};
 
 std::array<double, 3> Extents(const VolumeData& data) {
     const Vector3f high = data.GetBB1();
