@@ -69,6 +69,7 @@ Grid CutVolume(const VolumeData& volume, std::size_t sizeX, std::size_t sizeY, s
     return {sizeX,
             sizeY,
             sizeZ,
+            border,
             CutAxis(volume.getDimX(), sizeX, border, low.x, high.x),
             CutAxis(volume.getDimY(), sizeY, border, low.y, high.y),
             CutAxis(volume.getDimZ(), sizeZ, border, low.z, high.z)};

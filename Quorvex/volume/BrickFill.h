@@ -25,6 +25,7 @@ Axis CutAxis(std::size_t dimension, std::size_t size, std::size_t border, float 
 
 struct Grid {
     std::size_t sizeX = 0, sizeY = 0, sizeZ = 0; // voxels of a brick
+    std::size_t border = 0;                      // of them, shared with each neighbour
     Axis x, y, z;
 
     std::size_t Count() const { return x.count * y.count * z.count; }

@@ -21,8 +21,8 @@ void (*VolumeData::glTexImage3DEXT)(unsigned int, int, unsigned int, int, int, i
 
 namespace {
 
-constexpr int BRICK_SIZE = 32;
-constexpr int BRICK_BORDER = 2;
+constexpr std::size_t BRICK_SIZE = 32;
+constexpr std::size_t BRICK_BORDER = 2;
 
 // The second context, on the main device context, for as long as this lives; then the main one.
 class LoadingContext {
@@ -68,6 +68,14 @@ void UploadBrick(unsigned int texture, const bricks::Grid& grid, const unsigned 
                                 GL_UNSIGNED_BYTE, voxels);
 }
 
+bool CanMakeBricks(const VolumeData& source) {
+    return VolumeData::glTexImage3DEXT != nullptr && source.getNumBlocks() > 0;
+}
+
+bricks::Grid CutForUpdate(const VolumeData& volume) {
+    return bricks::CutVolume(volume, BRICK_SIZE, BRICK_SIZE, BRICK_SIZE, BRICK_BORDER);
+}
+
 Brick MakeBrick(const bricks::Grid& grid, std::size_t i, unsigned int texture, const bricks::Range& range) {
     const std::size_t x = i % grid.x.count;
     const std::size_t y = i / grid.x.count % grid.y.count;
@@ -91,40 +99,62 @@ bool VolumeData::Update(STORAGE storage) {
         return false;
     }
     destroyBricks();
-    return createBricksOfSize(this, BRICK_SIZE, BRICK_SIZE, BRICK_SIZE, BRICK_BORDER);
+    UpdateBricks(CountBricksOfUpdate());
+    return true;
+}
+
+std::size_t VolumeData::UpdateBricks(std::size_t count) {
+    if (!CanMakeBricks(*this)) {
+        return 0;
+    }
+    const bricks::Grid grid = CutForUpdate(*this);
+    const std::size_t total = grid.Count();
+    const std::size_t first = std::min(m_bricks.size(), total);
+    if (count == 0 || first == total) {
+        return total - first;
+    }
+    return AppendBricks(*this, grid, first, std::min(count, total - first)) ? total - m_bricks.size() : 0;
 }
 
 std::size_t VolumeData::CountBricksOfUpdate() const {
-    return bricks::CutVolume(*this, BRICK_SIZE, BRICK_SIZE, BRICK_SIZE, BRICK_BORDER).Count();
+    return CutForUpdate(*this).Count();
 }
 
 bool VolumeData::createBricksOfSize(const VolumeData* source, int sx, int sy, int sz, int border) {
-    if (glTexImage3DEXT == nullptr || source->getNumBlocks() == 0 || border < 0 || std::min({sx, sy, sz}) <= border) {
+    if (!CanMakeBricks(*source) || border < 0 || std::min({sx, sy, sz}) <= border) {
         return true;
     }
-    assert(IsGlThread());
     const bricks::Grid grid = bricks::CutVolume(*source, static_cast<std::size_t>(sx), static_cast<std::size_t>(sy),
                                                 static_cast<std::size_t>(sz), static_cast<std::size_t>(border));
-    const std::size_t count = grid.Count();
+    AppendBricks(*source, grid, 0, grid.Count());
+    return true;
+}
+
+// Makes bricks number first ... first + count - 1 of the grid, and takes over its texture mapping. False when the
+// loading context cannot be used; there are no more bricks then than before.
+bool VolumeData::AppendBricks(const VolumeData& source, const bricks::Grid& grid, std::size_t first,
+                              std::size_t count) {
+    assert(IsGlThread());
     // One brick at a time: it is still in the cache when the driver takes it.
     std::vector<unsigned char> staging(grid.BrickBytes());
     std::vector<unsigned int> textures(count);
-    m_bricks.reserve(m_bricks.size() + count);
+    m_bricks.reserve(m_bricks.size() + grid.Count() - first);
 
     const LoadingContext context;
     if (!context) {
-        return true;
+        return false;
     }
     const PackedRows packed;
     glGenTextures(static_cast<int>(count), textures.data());
     for (std::size_t i = 0; i < count; ++i) {
-        const bricks::Range range = bricks::FillBrick(*source, grid, i, staging.data());
+        const bricks::Range range = bricks::FillBrick(source, grid, first + i, staging.data());
         UploadBrick(textures[i], grid, staging.data());
-        m_bricks.push_back(MakeBrick(grid, i, textures[i], range));
+        m_bricks.push_back(MakeBrick(grid, first + i, textures[i], range));
     }
     if (count > 0) {
-        setTextureDimensions(m_bricks.back(), static_cast<unsigned int>(sx), static_cast<unsigned int>(sy),
-                             static_cast<unsigned int>(sz), static_cast<unsigned int>(border));
+        setTextureDimensions(m_bricks.back(), static_cast<unsigned int>(grid.sizeX),
+                             static_cast<unsigned int>(grid.sizeY), static_cast<unsigned int>(grid.sizeZ),
+                             static_cast<unsigned int>(grid.border));
     }
     return true;
 }

@@ -14,6 +14,10 @@ namespace KOVA::Quorvex {
 class Mesh;
 class View;
 
+namespace bricks {
+struct Grid;
+}
+
 // Voxels of one byte, and the bricks that they were cut into for drawing.
 //
 // Store: x x y x z voxels in slice blocks. A block is one or more consecutive z slices, x fastest, then y, then z; the
@@ -99,6 +103,13 @@ public:
     bool Update(STORAGE storage);
     std::size_t CountBricksOfUpdate() const; // how many that are; needs no context
 
+    // The same in pieces, for hosts that have other things to do in between (a brick takes about a tenth of a
+    // millisecond): makes up to count of the bricks that are missing, in the order of createBricksOfSize, and returns
+    // how many are missing still. Bricks that are there count as made: begin without any, see destroyBricks, and do not
+    // change the voxels in between. Whoever draws meanwhile sees the bricks there are. 0, too, when no bricks can be
+    // made.
+    std::size_t UpdateBricks(std::size_t count);
+
     // Fills this object's list with bricks of sx * sy * sz voxels, of which neighbours share border, cut out of source
     // (this object, normally), and sets the texture mapping. Bricks come in the order x fastest, then y, then z, and
     // are appended to those there are. Voxels outside the volume are 0. Textures are made with the second context
@@ -166,6 +177,7 @@ private:
     }
     std::size_t BlockBelow(std::size_t z) const;
 
+    bool AppendBricks(const VolumeData& source, const bricks::Grid& grid, std::size_t first, std::size_t count);
     void SetDimensions(std::size_t x, std::size_t y, std::size_t z);
     void TakeStore(unsigned char* block, std::size_t x, std::size_t y, std::size_t z);
     void FreeStore();

@@ -12,12 +12,14 @@
 
 namespace KOVA::Quorvex::viewer {
 
-HWND Attach(WId window) {
-    const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (x11 == nullptr) {
-        return nullptr;
+void SyncWithServer() {
+    if (const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>()) {
+        XSync(x11->display(), False);
     }
-    XSync(x11->display(), False);
+}
+
+HWND Attach(WId window) {
+    SyncWithServer();
     return AttachX11Window(static_cast<unsigned long>(window), nullptr);
 }
 

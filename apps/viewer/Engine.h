@@ -10,8 +10,11 @@
 
 namespace KOVA::Quorvex::viewer {
 
-// The window's handle for the library, once Qt's connection has told the server of it: the library has a connection of
-// its own. Null when it cannot be drawn to.
+// The library has a connection of its own to the X server. What Qt asked for on its own (windows, sizes) is done when
+// this returns.
+void SyncWithServer();
+
+// The window's handle for the library. Null when it cannot be drawn to.
 HWND Attach(WId window);
 
 // The library, started for as long as this lives, on a window of its own that is never shown: so windows with frames

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include <QAbstractEventDispatcher>
+#include <QScopedValueRollback>
 
 #include <Quorvex/core/Facade.h>
 #include <Quorvex/frame/RenderFrame.h>
@@ -42,9 +43,13 @@ bool EventBridge::DeliverOneEvent(void* self) {
 
 // The notifier is off meanwhile: inside a pass the library serves itself.
 void EventBridge::Serve() {
+    RenderFrame* const next = Quorvex::s_jobFast.empty() ? nullptr : Quorvex::s_jobFast.front();
+    if (next == nullptr && (!m_tasks.empty() || !m_attempts.empty())) {
+        RunTasks(); // before a quality pass begins; the library waits meanwhile
+        return;
+    }
     m_serving = true;
     m_notifier.setEnabled(false);
-    RenderFrame* const next = Quorvex::s_jobFast.empty() ? nullptr : Quorvex::s_jobFast.front();
     if (next != nullptr) {
         emit AboutToDraw(next, false);
     } else if (!Quorvex::s_jobQuality.empty()) {
@@ -61,21 +66,61 @@ void EventBridge::Serve() {
 
 void EventBridge::WhenIdle(QObject* context, std::function<void()> task) {
     m_tasks.push_back({context, std::move(task)});
+    EndPass();
+}
+
+void EventBridge::WhenStill(QObject* context, std::function<bool()> attempt) {
+    m_attempts.push_back({context, std::move(attempt)});
+    EndPass();
+}
+
+void EventBridge::EndPass() {
     if (RenderFrame* const busy = FrameOfPass()) {
         busy->Render(); // ends it, and has it made again
     }
     QMetaObject::invokeMethod(this, &EventBridge::RunTasks, Qt::QueuedConnection);
 }
 
+bool EventBridge::CanAttempt() const {
+    return !m_attempts.empty() && Quorvex::s_jobFast.empty();
+}
+
+// One at a time: between them the event loop has its turn.
 void EventBridge::RunTasks() {
-    while (!m_serving && !m_inTask && !m_tasks.empty() && FrameOfPass() == nullptr) {
-        const Task task = std::move(m_tasks.front());
-        m_tasks.pop_front();
-        if (task.context != nullptr) {
-            m_inTask = true;
-            task.run();
-            m_inTask = false;
-        }
+    if (m_serving || m_inTask || m_inAttempt || FrameOfPass() != nullptr) {
+        return;
+    }
+    if (!m_tasks.empty()) {
+        RunTask();
+    } else if (CanAttempt()) {
+        MakeAttempt();
+    }
+    if (!m_tasks.empty() || CanAttempt()) {
+        QMetaObject::invokeMethod(this, &EventBridge::RunTasks, Qt::QueuedConnection);
+    }
+}
+
+void EventBridge::RunTask() {
+    const auto task = std::move(m_tasks.front());
+    m_tasks.pop_front();
+    if (task.context != nullptr) {
+        const QScopedValueRollback inTask(m_inTask, true);
+        task.run();
+    }
+}
+
+void EventBridge::MakeAttempt() {
+    auto attempt = std::move(m_attempts.front());
+    m_attempts.pop_front();
+    if (attempt.context == nullptr) {
+        return;
+    }
+    const QScopedValueRollback inAttempt(m_inAttempt, true);
+    m_notifier.setEnabled(false);
+    const bool done = attempt.run();
+    m_notifier.setEnabled(true);
+    if (!done) {
+        m_attempts.push_front(std::move(attempt));
     }
 }
 

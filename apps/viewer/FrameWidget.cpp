@@ -98,7 +98,8 @@ bool FrameWidget::event(QEvent* event) {
 void FrameWidget::resizeEvent(QResizeEvent* /*event*/) {
     const double ratio = devicePixelRatioF();
     m_rig.SetSize(static_cast<int>(std::lround(width() * ratio)), static_cast<int>(std::lround(height() * ratio)));
-    Moved(); // the library shows the last picture, scaled; this asks for a sharp one
+    SyncWithServer(); // so that the library learns of the size before it draws the picture that suits it
+    Moved();
 }
 
 QPoint FrameWidget::PixelAt(const QPointF& position) const {

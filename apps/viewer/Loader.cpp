@@ -9,6 +9,7 @@
 
 #include <shared/RekFile.h>
 
+#include "EventBridge.h"
 #include "MeshPart.h"
 #include "VolumePart.h"
 
@@ -27,8 +28,8 @@ std::unique_ptr<ScenePart> Read(const std::string& path, ReadProgress& progress)
 
 } // namespace
 
-Loader::Loader(std::function<void(std::unique_ptr<ScenePart>)> sink)
-    : m_sink(std::move(sink)), m_thread(&Loader::Work, this) {
+Loader::Loader(EventBridge& bridge, std::function<void(std::unique_ptr<ScenePart>)> sink)
+    : m_bridge(bridge), m_sink(std::move(sink)), m_thread(&Loader::Work, this) {
     m_timer.setInterval(c_reportMilliseconds);
     connect(&m_timer, &QTimer::timeout, this, &Loader::ReportProgress);
 }
@@ -85,12 +86,44 @@ void Loader::Work() {
             job->failure = error.what();
         }
         QMetaObject::invokeMethod(
-            this, [this, job] { Deliver(job); }, Qt::QueuedConnection);
+            this,
+            [this, job] {
+                job->read = true;
+                if (job == m_undelivered.front()) {
+                    Deliver();
+                }
+            },
+            Qt::QueuedConnection);
     }
 }
 
-void Loader::Deliver(const std::shared_ptr<Job>& job) {
-    m_undelivered.pop_front(); // they come in order
+// Those at the front that were read, up to the first that has to be uploaded.
+void Loader::Deliver() {
+    while (IsBusy() && m_undelivered.front()->read) {
+        if (m_undelivered.front()->part) {
+            m_bridge.WhenIdle(this, [this] { UploadFurther(); });
+            return;
+        }
+        EndFirst();
+    }
+}
+
+void Loader::UploadFurther() {
+    Job& job = *m_undelivered.front();
+    if (!job.progress.IsCancelled()) {
+        job.uploaded = job.part->UploadFurther();
+        if (job.uploaded < 1.0) {
+            m_bridge.WhenIdle(this, [this] { UploadFurther(); });
+            return;
+        }
+    }
+    EndFirst();
+    Deliver();
+}
+
+void Loader::EndFirst() {
+    const std::shared_ptr<Job> job = std::move(m_undelivered.front());
+    m_undelivered.pop_front();
     if (!job->progress.IsCancelled()) {
         if (job->part) {
             m_sink(std::move(job->part));
@@ -108,8 +141,9 @@ void Loader::ReportProgress() {
     if (IsBusy()) {
         const Job& job = *m_undelivered.front();
         const auto finished = static_cast<double>(m_asked - m_undelivered.size());
+        const double first = (double{job.progress.GetFraction()} + job.uploaded) / 2.0;
         emit Progress(QFileInfo(QFile::decodeName(job.path.c_str())).fileName(),
-                      (finished + double{job.progress.GetFraction()}) / static_cast<double>(m_asked));
+                      (finished + first) / static_cast<double>(m_asked));
     }
 }
 

@@ -17,13 +17,16 @@
 
 namespace KOVA::Quorvex::viewer {
 
-// Reads files one after the other on a thread of its own. Signals come on the thread of the object.
+class EventBridge;
+
+// Reads files one after the other on a thread of its own, and brings what was read to the graphics card in pieces,
+// between other events. Signals come on the thread of the object.
 class Loader : public QObject {
     Q_OBJECT
 
 public:
-    // sink gets what was read.
-    explicit Loader(std::function<void(std::unique_ptr<ScenePart>)> sink);
+    // sink gets what was read and uploaded, outside passes.
+    Loader(EventBridge& bridge, std::function<void(std::unique_ptr<ScenePart>)> sink);
     Loader(const Loader&) = delete;
     Loader& operator=(const Loader&) = delete;
     ~Loader() override; // cancels what is under way
@@ -43,12 +46,17 @@ private:
         ReadProgress progress;
         std::unique_ptr<ScenePart> part;
         std::string failure;
+        bool read = false; // with what success ever
+        double uploaded = 0.0;
     };
 
     void Work();
-    void Deliver(const std::shared_ptr<Job>& job);
+    void Deliver();
+    void UploadFurther();
+    void EndFirst();
     void ReportProgress();
 
+    EventBridge& m_bridge;
     std::function<void(std::unique_ptr<ScenePart>)> m_sink;
     std::mutex m_mutex; // guards what the threads share: the jobs that wait and the wish to end
     std::condition_variable m_wake;

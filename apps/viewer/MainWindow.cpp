@@ -41,7 +41,8 @@ MainWindow::MainWindow(Engine& engine)
     : m_engine(engine), m_settings(Settings::Load()), m_scene(std::make_unique<SceneModel>()),
       m_frames(new FrameGrid(engine.Bridge(), *m_scene, this)), m_tree(new SceneTree(*m_scene, this)),
       m_volumePanel(new VolumePanel(*m_scene, this)),
-      m_loader(std::make_unique<Loader>([this](std::unique_ptr<ScenePart> part) { TakePart(std::move(part)); })) {
+      m_loader(std::make_unique<Loader>(engine.Bridge(),
+                                        [this](std::unique_ptr<ScenePart> part) { TakePart(std::move(part)); })) {
     ApplyTheme(m_settings.theme);
     setAcceptDrops(true);
     setCentralWidget(m_frames);
@@ -126,24 +127,21 @@ void MainWindow::ShowProgress(const QString& name, double fraction) {
 }
 
 void MainWindow::TakePart(std::unique_ptr<ScenePart> part) {
-    const auto held = std::make_shared<std::unique_ptr<ScenePart>>(std::move(part));
-    m_engine.Bridge().WhenIdle(this, [this, held] {
-        m_settings.Remember(QString::fromLocal8Bit((*held)->GetPath()));
-        ScenePart* const added = m_scene->Add(std::move(*held));
-        if (dynamic_cast<VolumePart*>(added) != nullptr && !Quorvex::CheckQXExtension(CAPABILITY_VOLUME)) {
-            ReportFailure({}, tr("This OpenGL driver cannot draw volumes: 3D textures or shaders are missing."));
-        }
-        if (m_fitWhenLoaded) {
-            m_frames->FitAll();
-        }
-    });
+    m_settings.Remember(QString::fromLocal8Bit(part->GetPath()));
+    ScenePart* const added = m_scene->Add(std::move(part));
+    if (dynamic_cast<VolumePart*>(added) != nullptr && !Quorvex::CheckQXExtension(CAPABILITY_VOLUME)) {
+        ReportFailure({}, tr("This OpenGL driver cannot draw volumes: 3D textures or shaders are missing."));
+    }
+    if (m_fitWhenLoaded) {
+        m_frames->FitAll();
+    }
 }
 
 void MainWindow::LoadingFinished() {
     m_progress->hide();
     m_cancel->hide();
     m_message->clear();
-    m_engine.Bridge().WhenIdle(this, [this] { m_fitWhenLoaded = m_loader->IsBusy() && m_fitWhenLoaded; });
+    m_fitWhenLoaded = false;
     FillRecentMenu();
 }
 
@@ -179,9 +177,15 @@ void MainWindow::CloseAll() {
 }
 
 void MainWindow::SaveScreenshot(const QString& path) {
-    m_engine.Bridge().WhenIdle(this, [this, path] {
-        const bool saved = TakeScreenshot(*m_frames).save(path);
-        statusBar()->showMessage(saved ? tr("Saved %1").arg(path) : tr("%1 could not be written").arg(path));
+    statusBar()->showMessage(tr("Drawing the picture for %1").arg(path));
+    m_engine.Bridge().WhenStill(this, [this, path] {
+        const std::optional<QImage> picture = TakeScreenshot(*m_frames);
+        if (picture) {
+            WritePicture(*picture, path, this, [this](const QString& outcome) { statusBar()->showMessage(outcome); });
+        } else if (!Quorvex::BreakRendering()) {
+            statusBar()->showMessage(tr("The picture cannot be drawn"));
+        }
+        return picture || !Quorvex::BreakRendering();
     });
 }
 

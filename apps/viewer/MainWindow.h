@@ -39,7 +39,7 @@ public:
     void Open(const QStringList& files);
     void CloseAll();
 
-    // Takes a picture of all frames as soon as no pass is under way.
+    // Takes a picture of all frames when nobody moves anything any more, and writes it. The status bar tells.
     void SaveScreenshot(const QString& path);
 
     SceneModel& GetScene() { return *m_scene; }

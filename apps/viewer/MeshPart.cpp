@@ -50,8 +50,11 @@ MeshPart::MeshPart(const std::string& path, ReadProgress& progress)
     Place(m_unit);
 }
 
-void MeshPart::Upload() {
-    m_lit.GetData().Update(STORAGE_VBO);
+double MeshPart::UploadFurther() {
+    static constexpr std::array arrays{&MeshData::UpdateNormalArray, &MeshData::UpdateVertexArray,
+                                       &MeshData::UpdateIndexArray, &MeshData::UpdateColorArray};
+    (m_lit.GetData().*arrays[m_uploadedArrays])(STORAGE_VBO);
+    return static_cast<double>(++m_uploadedArrays) / static_cast<double>(arrays.size());
 }
 
 const Mesh& MeshPart::Shown() const {

@@ -21,7 +21,7 @@ public:
     // Reads the file. Throws Failure.
     MeshPart(const std::string& path, ReadProgress& progress);
 
-    void Upload() override;
+    double UploadFurther() override;
     void AddTo(RenderFrame& frame) override;
     void RemoveFrom(RenderFrame& frame) override;
     void Apply() override;
@@ -45,6 +45,7 @@ private:
     // the other's array.
     Mesh m_flat;
     bool m_flatUploaded = false; // when it is first wanted
+    std::size_t m_uploadedArrays = 0;
     std::map<RenderFrame*, Mesh*> m_copies;
     Box m_fileBox;
     double m_fileRadius; // 1 of the vertices' coordinates

@@ -43,7 +43,6 @@ ScenePart* SceneModel::Add(std::unique_ptr<ScenePart> part) {
     if (dynamic_cast<MeshPart*>(added) != nullptr) {
         added->Attribute().SetColor(PartColor(m_meshesSoFar++));
     }
-    added->Upload();
     m_parts.push_back(std::move(part));
     ChooseUnit();
     added->Place(m_unit);

@@ -13,9 +13,9 @@
 
 namespace KOVA::Quorvex::viewer {
 
-// What was loaded from one file. It is made by the loader's thread; from Upload on it belongs to the thread that draws.
-// Every frame has a copy of the object, which shares the data and has an attribute of its own; Apply brings them to
-// what the part's own attribute says. Frames are let go before the part goes.
+// What was loaded from one file. It is made by the loader's thread; from UploadFurther on it belongs to the thread that
+// draws. Every frame has a copy of the object, which shares the data and has an attribute of its own; Apply brings them
+// to what the part's own attribute says. Frames are let go before the part goes.
 class ScenePart {
 public:
     explicit ScenePart(std::string path);
@@ -26,7 +26,10 @@ public:
     const std::string& GetPath() const { return m_path; }
     QString GetName() const;
 
-    virtual void Upload() = 0;
+    // Brings more of it to the graphics card, some milliseconds' worth; the share that is there, 1 when all is. Before
+    // it comes to a frame.
+    virtual double UploadFurther() = 0;
+
     virtual void AddTo(RenderFrame& frame) = 0;
     virtual void RemoveFrom(RenderFrame& frame) = 0;
     virtual void Apply() = 0;

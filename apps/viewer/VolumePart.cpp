@@ -15,6 +15,8 @@ namespace KOVA::Quorvex::viewer {
 
 namespace {
 
+constexpr std::size_t c_bricksAtOnce = 64; // some milliseconds
+
 std::array<double, 3> Extents(const VolumeData& data) {
     const Vector3f high = data.GetBB1();
     return {high.x, high.y, high.z};
@@ -42,8 +44,10 @@ TransferTable VolumePart::DefaultTable(VolumeAttribute::RenderMode mode) const {
     return DefaultTransferFunction(m_summary, mode, std::max({data.getDimX(), data.getDimY(), data.getDimZ()}));
 }
 
-void VolumePart::Upload() {
-    m_volume.GetData().Update(STORAGE_VBO);
+double VolumePart::UploadFurther() {
+    VolumeData& data = m_volume.GetData();
+    const std::size_t missing = data.UpdateBricks(c_bricksAtOnce);
+    return missing > 0 ? 1.0 - static_cast<double>(missing) / static_cast<double>(data.CountBricksOfUpdate()) : 1.0;
 }
 
 void VolumePart::AddTo(RenderFrame& frame) {

@@ -36,7 +36,7 @@ public:
     // Reads the file. Throws Failure.
     VolumePart(const std::string& path, ReadProgress& progress);
 
-    void Upload() override;
+    double UploadFurther() override;
     void AddTo(RenderFrame& frame) override;
     void RemoveFrom(RenderFrame& frame) override;
     void Apply() override;

@@ -126,6 +126,40 @@ TEST_F(BricksGLTest, NothingIsMadeOfNothing) {
     EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
 }
 
+// Sorted by a pass between the pieces, as when the volume is shown meanwhile.
+TEST_F(BricksGLTest, PiecesOfAnUpdateMakeTheSameBricks) {
+    VolumeData whole(100, 64, 40);
+    VolumeData inPieces(100, 64, 40);
+    for (std::size_t z = 0; z < 40; ++z) {
+        for (std::size_t i = 0; i < 100U * 64U; ++i) {
+            whole.Slice(z)[i] = inPieces.Slice(z)[i] = static_cast<unsigned char>(i * 7 + z * 31);
+        }
+    }
+    whole.Update(STORAGE_VBO);
+    View view;
+    view.SetModelviewViewer({0.3F, 1.0F, -2.0F}, {0.1F, 0.2F, 0.3F}, {0.0F, 1.0F, 0.0F});
+    EXPECT_EQ(inPieces.UpdateBricks(0), 4U * 3U * 2U);
+    for (const std::size_t missing : {19U, 14U, 9U, 4U, 0U, 0U}) {
+        EXPECT_EQ(inPieces.UpdateBricks(5), missing);
+        inPieces.sortBricks(&view);
+    }
+    whole.sortBricks(&view);
+    ASSERT_EQ(inPieces.getNumBricks(), 24);
+    const auto texels = [](const Brick& brick) {
+        std::vector<unsigned char> read(32U * 32U * 32U);
+        glBindTexture(GL_TEXTURE_3D, brick.GetTextureID());
+        glGetTexImage(GL_TEXTURE_3D, 0, GL_LUMINANCE, GL_UNSIGNED_BYTE, read.data());
+        return read;
+    };
+    for (unsigned int i = 0; i < 24; ++i) {
+        EXPECT_EQ(inPieces.GetBrick(i).GetBB0(), whole.GetBrick(i).GetBB0());
+        EXPECT_EQ(texels(inPieces.GetBrick(i)), texels(whole.GetBrick(i)));
+    }
+    EXPECT_EQ(inPieces.GetTex1(), whole.GetTex1());
+    EXPECT_EQ(inPieces.GetTex2(), whole.GetTex2());
+    EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
+}
+
 TEST_F(BricksGLTest, SortingPutsTheFarthestFirst) {
     VolumeData data(100, 130, 70);
     data.Update(STORAGE_VBO);

@@ -40,17 +40,21 @@ void WatchGlErrors() {
 
 } // namespace
 
+std::unique_ptr<Engine> ViewerHost::s_engine;
+
 ViewerHost::ViewerHost() {
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_settings.path());
-    m_engine = std::make_unique<Engine>();
-    WatchGlErrors();
+    if (s_engine == nullptr) {
+        s_engine = std::make_unique<Engine>();
+        WatchGlErrors();
+    }
     OpenWindow();
 }
 
 ViewerHost::~ViewerHost() = default;
 
 void ViewerHost::OpenWindow() {
-    m_window = std::make_unique<MainWindow>(*m_engine);
+    m_window = std::make_unique<MainWindow>(*s_engine);
     m_window->show();
     m_window->activateWindow(); // there is no window manager to do it
     EXPECT_TRUE(QTest::qWaitForWindowActive(m_window.get()));
@@ -69,7 +73,7 @@ bool ViewerHost::WaitUntil(const std::function<bool()>& condition, int milliseco
 bool ViewerHost::Settle() {
     QCoreApplication::processEvents();
     const bool settled = WaitUntil([this] {
-        return !m_window->GetLoader().IsBusy() && !m_engine->Bridge().HasTasks() && Quorvex::s_jobFast.empty() &&
+        return !m_window->GetLoader().IsBusy() && !s_engine->Bridge().HasTasks() && Quorvex::s_jobFast.empty() &&
                Quorvex::s_jobQuality.empty() && Quorvex::GetBusyFrame() == nullptr;
     });
     QTest::qWait(30); // for the server
@@ -136,5 +140,7 @@ int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("QuorvexTest"));
     QApplication::setApplicationName(QStringLiteral("viewer"));
-    return RUN_ALL_TESTS();
+    const int failed = RUN_ALL_TESTS();
+    KOVA::Quorvex::viewer::ViewerHost::StopEngine();
+    return failed;
 }

@@ -13,7 +13,8 @@
 
 namespace KOVA::Quorvex::viewer {
 
-// The viewer as a user has it: an engine, a window on the screen, settings of its own. Errors of OpenGL are counted.
+// The viewer as a user has it: the engine (one for all tests, as the library is started once in a process), a window on
+// the screen, settings of its own. Errors of OpenGL are counted.
 class ViewerHost {
 public:
     ViewerHost();
@@ -21,7 +22,8 @@ public:
     ViewerHost& operator=(const ViewerHost&) = delete;
     ~ViewerHost();
 
-    EventBridge& Bridge() { return m_engine->Bridge(); }
+    EventBridge& Bridge() { return s_engine->Bridge(); }
+    static void StopEngine() { s_engine.reset(); }
     MainWindow& Window() { return *m_window; }
     FrameWidget& Frame(int index = 0) { return m_window->GetFrames().GetFrame(index); }
     void CloseWindow() { m_window.reset(); }
@@ -45,8 +47,9 @@ public:
     static void Keep(const QImage& picture, const char* name);
 
 private:
+    static std::unique_ptr<Engine> s_engine;
+
     QTemporaryDir m_settings;
-    std::unique_ptr<Engine> m_engine;
     std::unique_ptr<MainWindow> m_window;
 };
 

@@ -158,7 +158,9 @@ TEST(ViewerTest, TransferFunctionIsEditedByMouse) {
     }
     QTest::keyClick(&host.Frame(), Qt::Key_A);
     ASSERT_TRUE(host.Settle());
-    EXPECT_EQ(ViewerHost::CountForeground(ViewerHost::Picture(host.Frame())), 0);
+    const QImage empty = ViewerHost::Picture(host.Frame());
+    ViewerHost::Keep(empty, "empty.png");
+    EXPECT_EQ(ViewerHost::CountForeground(empty), 0);
 
     // A new point brings back what has its intensities; the right button takes it away.
     const QPoint place = editor.PlaceOf({135.0, {0.0F, 0.0F, 0.0F, 0.5F}}).toPoint();
@@ -208,6 +210,7 @@ TEST(ViewerTest, FramesAreSplitAndLinked) {
     QTemporaryDir folder;
     const QString saved = folder.filePath(QStringLiteral("saved.png"));
     host.Window().SaveScreenshot(saved);
+    ASSERT_TRUE(ViewerHost::WaitUntil([&] { return QFile::exists(saved); }));
     ASSERT_TRUE(host.Settle());
     QImage picture(saved);
     const QImage shown =
