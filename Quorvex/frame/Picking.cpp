@@ -50,8 +50,10 @@ Mesh* RenderFrame::HitTest(unsigned int x, unsigned int y) {
     }
     const RenderFrame* const drawing = FindBusyFrame();
     const InterruptedPass interrupted(drawing != nullptr ? drawing->GetDeviceContext() : m_deviceContext);
+    if (drawing != nullptr) {
+        VolumeRenderer::CleanUp(); // its clip planes, above all
+    }
     if (RenderFrame* const busy = Quorvex::GetBusyFrame()) {
-        VolumeRenderer::CleanUp();
         busy->Render(); // its pass stops at the next report of progress and is made anew later
     }
 

@@ -4,6 +4,7 @@
 #include <cassert>
 #include <cmath>
 #include <initializer_list>
+#include <new>
 #include <vector>
 
 #include <Quorvex/core/EntryPoints.h>
@@ -66,6 +67,15 @@ void UploadBrick(unsigned int texture, const bricks::Grid& grid, const unsigned 
     VolumeData::glTexImage3DEXT(GL_TEXTURE_3D, 0, GL_LUMINANCE, static_cast<int>(grid.sizeX),
                                 static_cast<int>(grid.sizeY), static_cast<int>(grid.sizeZ), 0, GL_LUMINANCE,
                                 GL_UNSIGNED_BYTE, voxels);
+}
+
+// Forgets the current context's errors.
+bool RanOutOfMemory() {
+    bool outOfMemory = false;
+    for (GLenum error = glGetError(); error != GL_NO_ERROR; error = glGetError()) {
+        outOfMemory = outOfMemory || error == GL_OUT_OF_MEMORY;
+    }
+    return outOfMemory;
 }
 
 bool CanMakeBricks(const VolumeData& source) {
@@ -145,11 +155,17 @@ bool VolumeData::AppendBricks(const VolumeData& source, const bricks::Grid& grid
         return false;
     }
     const PackedRows packed;
+    const std::size_t before = m_bricks.size();
     glGenTextures(static_cast<int>(count), textures.data());
     for (std::size_t i = 0; i < count; ++i) {
         const bricks::Range range = bricks::FillBrick(source, grid, first + i, staging.data());
         UploadBrick(textures[i], grid, staging.data());
         m_bricks.push_back(MakeBrick(grid, first + i, textures[i], range));
+    }
+    if (RanOutOfMemory()) {
+        glDeleteTextures(static_cast<int>(count), textures.data());
+        m_bricks.resize(before);
+        throw std::bad_alloc();
     }
     if (count > 0) {
         setTextureDimensions(m_bricks.back(), static_cast<unsigned int>(grid.sizeX),

@@ -99,7 +99,8 @@ public:
     static float getVoxelSizeTex() { return 0.03125F; }
 
     // Cuts the volume into bricks of 32^3 voxels that overlap by two. False, and nothing done, for a storage other than
-    // STORAGE_VBO.
+    // STORAGE_VBO. This and what else makes bricks throws std::bad_alloc when there is no room for them, on the
+    // graphics card either; no brick of that call is left then.
     bool Update(STORAGE storage);
     std::size_t CountBricksOfUpdate() const; // how many that are; needs no context
 

@@ -1,6 +1,7 @@
 #include "EventBridge.h"
 
 #include <algorithm>
+#include <exception>
 #include <utility>
 
 #include <QAbstractEventDispatcher>
@@ -55,7 +56,9 @@ void EventBridge::Serve() {
     } else if (!Quorvex::s_jobQuality.empty()) {
         emit AboutToDraw(Quorvex::s_jobQuality.front(), true);
     }
-    ProcessEvents();
+    if (!Protect([] { ProcessEvents(); }) && !Quorvex::s_jobQuality.empty()) {
+        Quorvex::s_jobQuality.pop_front(); // it would throw again
+    }
     m_notifier.setEnabled(true);
     m_serving = false;
     if (next != nullptr && !Waits(Quorvex::s_jobFast, next) && Waits(Quorvex::s_jobQuality, next)) {
@@ -79,6 +82,16 @@ void EventBridge::EndPass() {
         busy->Render(); // ends it, and has it made again
     }
     QMetaObject::invokeMethod(this, &EventBridge::RunTasks, Qt::QueuedConnection);
+}
+
+bool EventBridge::Protect(const std::function<void()>& run) {
+    try {
+        run();
+        return true;
+    } catch (const std::exception& error) {
+        emit Failed(QString::fromLocal8Bit(error.what()));
+        return false;
+    }
 }
 
 bool EventBridge::CanAttempt() const {
@@ -105,7 +118,7 @@ void EventBridge::RunTask() {
     m_tasks.pop_front();
     if (task.context != nullptr) {
         const QScopedValueRollback inTask(m_inTask, true);
-        task.run();
+        Protect(task.run);
     }
 }
 
@@ -117,7 +130,8 @@ void EventBridge::MakeAttempt() {
     }
     const QScopedValueRollback inAttempt(m_inAttempt, true);
     m_notifier.setEnabled(false);
-    const bool done = attempt.run();
+    bool done = true;
+    Protect([&] { done = attempt.run(); });
     m_notifier.setEnabled(true);
     if (!done) {
         m_attempts.push_front(std::move(attempt));

@@ -45,6 +45,9 @@ signals:
     // A fast pass of the frame was drawn and shown.
     void FastPassDrawn(KOVA::Quorvex::RenderFrame* frame);
 
+    // A pass, task or attempt threw: that must not cross Qt's event loop. What it was about is given up.
+    void Failed(const QString& reason);
+
 private:
     template <class Run> struct Task {
         QPointer<QObject> context;
@@ -58,6 +61,7 @@ private:
     void MakeAttempt();
     bool CanAttempt() const;
     void EndPass();
+    bool Protect(const std::function<void()>& run); // false when it threw
 
     QSocketNotifier m_notifier;
     std::deque<Task<std::function<void()>>> m_tasks;

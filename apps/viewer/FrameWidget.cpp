@@ -20,6 +20,9 @@ constexpr double c_wheelNotch = 120.0;
 constexpr double c_keyStep = 0.05; // of the frame's width
 constexpr int c_keyTurn = 24;      // pixels of a drag
 
+// Of what the library draws to; beyond, only that side would be cut down, and the proportions be lost.
+constexpr float c_largestSide = 4096.0F;
+
 // A fast pass may take this long. The divisor of samples follows the time that passes take.
 constexpr double c_fastSeconds = 0.05;
 constexpr float c_firstGuess = 100.0F;
@@ -68,7 +71,9 @@ void FrameWidget::Refresh() {
 
 void FrameWidget::PreparePass(bool quality) {
     // Surfaces of volumes are smooth by themselves, and what they cost goes with the pixels.
-    const float full = m_frame.HoldsVolumes() ? 1.0F : 2.0F;
+    const float wanted = m_frame.HoldsVolumes() ? 1.0F : 2.0F;
+    const float full =
+        std::min(wanted, c_largestSide / static_cast<float>(std::max(m_rig.GetWidth(), m_rig.GetHeight())));
     m_frame.SetAntiAliasing(quality ? full : full / 2.0F);
 }
 

@@ -1,6 +1,7 @@
 #include "Loader.h"
 
 #include <exception>
+#include <new>
 #include <utility>
 
 #include <QFile>
@@ -110,12 +111,18 @@ void Loader::Deliver() {
 
 void Loader::UploadFurther() {
     Job& job = *m_undelivered.front();
-    if (!job.progress.IsCancelled()) {
-        job.uploaded = job.part->UploadFurther();
-        if (job.uploaded < 1.0) {
-            m_bridge.WhenIdle(this, [this] { UploadFurther(); });
-            return;
+    try {
+        if (!job.progress.IsCancelled()) {
+            job.uploaded = job.part->UploadFurther();
+            if (job.uploaded < 1.0) {
+                m_bridge.WhenIdle(this, [this] { UploadFurther(); });
+                ReportProgress();
+                return;
+            }
         }
+    } catch (const std::bad_alloc&) {
+        job.part.reset();
+        job.failure = job.path + " does not fit into the graphics card's memory";
     }
     EndFirst();
     Deliver();

@@ -1,5 +1,6 @@
 #include "MainWindow.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <QApplication>
@@ -34,6 +35,8 @@ namespace {
 constexpr QSize c_firstSize{1200, 760};
 constexpr int c_progressSteps = 1000;
 constexpr int c_progressWidth = 220;
+constexpr int c_briefMilliseconds = 8000;
+constexpr int c_failuresAtOnce = 8;
 
 } // namespace
 
@@ -53,7 +56,8 @@ MainWindow::MainWindow(Engine& engine)
     MakeMeasureMenu();
     MakeHelpMenu();
 
-    connect(&m_engine, &Engine::Warned, statusBar(), [this](const QString& text) { statusBar()->showMessage(text); });
+    connect(&m_engine, &Engine::Warned, this, &MainWindow::ShowBriefly);
+    connect(&m_engine.Bridge(), &EventBridge::Failed, this, &MainWindow::ShowBriefly);
     connect(m_loader.get(), &Loader::Progress, this, &MainWindow::ShowProgress);
     connect(m_loader.get(), &Loader::Failed, this, &MainWindow::ReportFailure);
     connect(m_loader.get(), &Loader::Finished, this, &MainWindow::LoadingFinished);
@@ -97,6 +101,7 @@ void MainWindow::MakePanels() {
 
 void MainWindow::MakeStatusBar() {
     m_message = new QLabel(this);
+    m_message->setTextFormat(Qt::PlainText); // names of files may be in it
     m_progress = new QProgressBar(this);
     m_progress->setRange(0, c_progressSteps);
     m_progress->setMaximumWidth(c_progressWidth);
@@ -145,16 +150,30 @@ void MainWindow::LoadingFinished() {
     FillRecentMenu();
 }
 
-// Failures of one loading come in one box.
+// The status bar's own messages hide the label, so they go again by themselves.
+void MainWindow::ShowBriefly(const QString& text) {
+    statusBar()->showMessage(text, c_briefMilliseconds);
+}
+
+// Failures of one loading come in one box: the first ones at once, all of them as its details.
 void MainWindow::ReportFailure(const QString& path, const QString& reason) {
     if (m_failures == nullptr) {
         m_failures =
             new QMessageBox(QMessageBox::Warning, tr("Not everything could be opened"), reason, QMessageBox::Ok, this);
+        m_failures->setTextFormat(Qt::PlainText);
         m_failures->setAttribute(Qt::WA_DeleteOnClose);
         connect(m_failures, &QObject::destroyed, this, [this] { m_failures = nullptr; });
         m_failures->open();
+        m_failureReasons = {reason};
     } else {
-        m_failures->setText(m_failures->text() + QLatin1Char('\n') + reason);
+        m_failureReasons.append(reason);
+        const auto more = m_failureReasons.size() - c_failuresAtOnce;
+        QStringList first = m_failureReasons.mid(0, c_failuresAtOnce);
+        if (more > 0) {
+            first.append(tr("and %n more", nullptr, static_cast<int>(more)));
+            m_failures->setDetailedText(m_failureReasons.join(QLatin1Char('\n')));
+        }
+        m_failures->setText(first.join(QLatin1Char('\n')));
     }
     m_settings.recentFiles.removeAll(path);
 }
@@ -177,13 +196,13 @@ void MainWindow::CloseAll() {
 }
 
 void MainWindow::SaveScreenshot(const QString& path) {
-    statusBar()->showMessage(tr("Drawing the picture for %1").arg(path));
+    m_message->setText(tr("Drawing the picture for %1").arg(path));
     m_engine.Bridge().WhenStill(this, [this, path] {
         const std::optional<QImage> picture = TakeScreenshot(*m_frames);
         if (picture) {
-            WritePicture(*picture, path, this, [this](const QString& outcome) { statusBar()->showMessage(outcome); });
+            WritePicture(*picture, path, this, [this](const QString& outcome) { m_message->setText(outcome); });
         } else if (!Quorvex::BreakRendering()) {
-            statusBar()->showMessage(tr("The picture cannot be drawn"));
+            m_message->setText(tr("The picture cannot be drawn"));
         }
         return picture || !Quorvex::BreakRendering();
     });
@@ -248,8 +267,10 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
-    if (event->mimeData()->hasUrls()) {
-        event->acceptProposedAction();
+    const QList<QUrl> urls = event->mimeData()->urls();
+    if (std::any_of(urls.begin(), urls.end(), [](const QUrl& url) { return url.isLocalFile(); })) {
+        event->setDropAction(Qt::CopyAction); // never a move: the files stay where they are
+        event->accept();
     }
 }
 
@@ -260,7 +281,8 @@ void MainWindow::dropEvent(QDropEvent* event) {
             files.append(url.toLocalFile());
         }
     }
-    event->acceptProposedAction();
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
     Open(files);
 }
 

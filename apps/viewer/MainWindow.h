@@ -72,6 +72,7 @@ private:
     void ShowAbout();
 
     void TakePart(std::unique_ptr<ScenePart> part);
+    void ShowBriefly(const QString& text);
     void ReportFailure(const QString& path, const QString& reason);
     void ShowProgress(const QString& name, double fraction);
     void LoadingFinished();
@@ -96,6 +97,7 @@ private:
     QProgressBar* m_progress = nullptr;
     QPushButton* m_cancel = nullptr;
     QMessageBox* m_failures = nullptr; // while it is open
+    QStringList m_failureReasons;      // in it
     bool m_fitWhenLoaded = false;
     std::unique_ptr<Loader> m_loader; // last: it hands parts to the others
 };

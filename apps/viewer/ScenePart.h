@@ -26,8 +26,8 @@ public:
     const std::string& GetPath() const { return m_path; }
     QString GetName() const;
 
-    // Brings more of it to the graphics card, some milliseconds' worth; the share that is there, 1 when all is. Before
-    // it comes to a frame.
+    // Brings a piece of it to the graphics card: some bricks of a volume, one of a mesh's arrays. The share that is
+    // there then; 1 before it comes to a frame. Throws std::bad_alloc when there is no room.
     virtual double UploadFurther() = 0;
 
     virtual void AddTo(RenderFrame& frame) = 0;

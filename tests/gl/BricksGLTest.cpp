@@ -160,6 +160,34 @@ TEST_F(BricksGLTest, PiecesOfAnUpdateMakeTheSameBricks) {
     EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
 }
 
+decltype(VolumeData::glTexImage3DEXT) s_texImage3D = nullptr;
+int s_uploads = 0;
+
+// From the tenth brick on there is no room.
+void FullCard(unsigned int target, int level, unsigned int internalFormat, int width, int height, int depth, int border,
+              unsigned int format, unsigned int type, const void* pixels) {
+    if (++s_uploads < 10) {
+        s_texImage3D(target, level, internalFormat, width, height, depth, border, format, type, pixels);
+        return;
+    }
+    GLint largest = 0;
+    glGetIntegerv(GL_MAX_3D_TEXTURE_SIZE, &largest);
+    s_texImage3D(target, level, GL_RGBA32F, largest, largest, largest, border, format, type, nullptr);
+}
+
+TEST_F(BricksGLTest, AFullCardIsToldAndLeavesTheBricksOfBefore) {
+    VolumeData data(100, 64, 40);
+    data.clearData();
+    s_uploads = 0;
+    s_texImage3D = std::exchange(VolumeData::glTexImage3DEXT, &FullCard);
+    EXPECT_EQ(data.UpdateBricks(5), 19U);
+    EXPECT_THROW(data.UpdateBricks(5), std::bad_alloc);
+    VolumeData::glTexImage3DEXT = s_texImage3D;
+    EXPECT_EQ(data.getNumBricks(), 5);
+    EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
+    EXPECT_EQ(data.UpdateBricks(100), 0U);
+}
+
 TEST_F(BricksGLTest, SortingPutsTheFarthestFirst) {
     VolumeData data(100, 130, 70);
     data.Update(STORAGE_VBO);

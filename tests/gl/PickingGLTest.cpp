@@ -192,5 +192,32 @@ TEST_F(PickingGLTest, InterruptsAQualityPass) {
     EXPECT_EQ(glIsEnabled(GL_BLEND), GL_FALSE);
 }
 
+// A click while a picture to be kept is drawn: the volume's clip planes do not apply to the scene that is asked, and
+// the picture is finished as if nothing had been.
+TEST_F(PickingGLTest, LeavesACaptureAlone) {
+    if (!Has(CAPABILITY_VOLUME) || !Has(CAPABILITY_FRAME_BUFFER)) {
+        GTEST_SKIP();
+    }
+    auto* const data = new VolumeData(64, 64, 64);
+    std::fill_n(data->getDataPtr(), 64 * 64 * 64, static_cast<unsigned char>(200));
+    data->Update(STORAGE_VBO);
+    FrameFixture f(64, 64);
+    FrameFixture other(32, 20);
+    f.frame.Add(Volume(*data))->GetAttribute().SetUserClipPlane(0, Vector4d(1.0, 0.0, 0.0, 0.0));
+    Mesh* const mesh = other.frame.Add(MakeRectangle(-1, -1, -0.5F, 1, 0, {1, 0, 0})); // in the half that is cut away
+    ASSERT_EQ(other.frame.HitTest(10, 10), mesh);
+    std::vector<unsigned char> undisturbed;
+    ASSERT_TRUE(f.frame.RenderToPixels(undisturbed, 64, 64));
+    std::vector<Mesh*> hits;
+    std::vector<unsigned char> pixels;
+    {
+        const DuringPass clicks([&] { hits.push_back(other.frame.HitTest(10, 10)); });
+        ASSERT_TRUE(f.frame.RenderToPixels(pixels, 64, 64));
+    }
+    ASSERT_FALSE(hits.empty());
+    EXPECT_EQ(std::count(hits.begin(), hits.end(), mesh), static_cast<std::ptrdiff_t>(hits.size()));
+    EXPECT_EQ(pixels, undisturbed);
+}
+
 } // namespace
 } // namespace KOVA::Quorvex::test

@@ -10,6 +10,9 @@
 
 #include <gtest/gtest.h>
 
+#include <Quorvex/volume/VolumeBuilder.h>
+#include <Quorvex/volume/VolumeWriter.h>
+
 #include <viewer/MeshPart.h>
 #include <viewer/SceneTree.h>
 #include <viewer/TransferEditor.h>
@@ -252,11 +255,41 @@ TEST(ViewerTest, BadFilesAndCancelledLoadingLeaveTheScene) {
         << box->text().toStdString();
     box->close();
 
+    // Many failures do not make the box higher than the screen.
+    QStringList missing;
+    for (int i = 0; i < 30; ++i) {
+        missing.append(folder.filePath(QStringLiteral("missing%1.stl").arg(i)));
+    }
+    ASSERT_TRUE(host.Open(missing));
+    auto* const many = host.Window().findChild<QMessageBox*>();
+    ASSERT_NE(many, nullptr);
+    EXPECT_LT(many->text().count(QLatin1Char('\n')), 10);
+    EXPECT_EQ(many->detailedText().count(QStringLiteral("missing")), 30);
+    many->close();
+
     host.Window().Open({c_casting, c_flange, c_flange});
     host.Window().GetLoader().Cancel();
     ASSERT_TRUE(host.Settle());
     EXPECT_EQ(host.Window().GetScene().GetParts().size(), 1U);
+
+    // Half of it is on the graphics card when it is cancelled.
+    bool begun = false;
+    const auto cancel =
+        QObject::connect(&host.Window().GetLoader(), &Loader::Progress, [&](const QString&, double share) {
+            if (share > 0.5) {
+                begun = true;
+                host.Window().GetLoader().Cancel();
+            }
+        });
+    const QString large = folder.filePath(QStringLiteral("large.rek"));
+    ASSERT_TRUE(
+        VolumeWriter::WriteREK(large.toLocal8Bit().constData(), VolumeBuilder::BuildBox(200, 200, 200).GetData()));
+    ASSERT_TRUE(host.Open({large}));
+    QObject::disconnect(cancel);
+    EXPECT_TRUE(begun);
+    EXPECT_EQ(host.Window().GetScene().GetParts().size(), 1U);
     EXPECT_GT(ViewerHost::CountForeground(ViewerHost::Picture(host.Frame())), 2000);
+    EXPECT_EQ(ViewerHost::GlErrors(), 0);
 }
 
 TEST(ViewerTest, SettingsAreRemembered) {
