@@ -31,6 +31,7 @@ FrameGrid::FrameGrid(EventBridge& bridge, SceneModel& scene, QWidget* parent)
     });
     connect(&m_bridge, &EventBridge::AboutToDraw, this, [this](RenderFrame* frame, bool quality) {
         if (FrameWidget* const widget = Find(frame)) {
+            widget->ExpectBricks(m_scene.CountVisibleBricks());
             widget->PreparePass(quality);
         }
     });

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include <QApplication>
 #include <QMouseEvent>
@@ -23,9 +24,11 @@ constexpr int c_keyTurn = 24;      // pixels of a drag
 // Of what the library draws to; beyond, only that side would be cut down, and the proportions be lost.
 constexpr float c_largestSide = 4096.0F;
 
-// A fast pass may take this long. The divisor of samples follows the time that passes take.
-constexpr double c_fastSeconds = 0.05;
-constexpr float c_firstGuess = 100.0F;
+// A fast pass may take this long. The divisor of samples follows the time that passes take, from a guess that goes with
+// the number of bricks, as each costs its time however few slices it has.
+constexpr double c_fastSeconds = 0.04;
+constexpr float c_leastGuess = 20.0F;
+constexpr float c_guessPerBrick = 1.0F / 15.0F;
 constexpr float c_mostSamples = 2.0F; // divisors
 constexpr float c_fewestSamples = 400.0F;
 
@@ -41,7 +44,6 @@ FrameWidget::FrameWidget(QWidget* parent) : QWidget(parent) {
     setMinimumSize(80, 60);
     setCursor(Qt::ArrowCursor);
     m_frame.SetLight({0.0F, 0.0F, 1.0F}); // from the viewer, in right-handed views
-    m_frame.SetFastPassSampleDivisor(c_firstGuess);
     AttachFrame();
 }
 
@@ -67,6 +69,13 @@ void FrameWidget::DetachFrame() {
 
 void FrameWidget::Refresh() {
     m_frame.Render();
+}
+
+void FrameWidget::ExpectBricks(std::size_t count) {
+    if (std::exchange(m_bricks, count) != count) {
+        const float guess = std::max(c_leastGuess, c_guessPerBrick * static_cast<float>(count));
+        m_frame.SetFastPassSampleDivisor(std::min(guess, c_fewestSamples));
+    }
 }
 
 void FrameWidget::PreparePass(bool quality) {

@@ -29,6 +29,9 @@ public:
     // Asks for a new picture.
     void Refresh();
 
+    // How many bricks of volumes the passes from now on draw.
+    void ExpectBricks(std::size_t count);
+
     // Quality passes are drawn with more pixels than fast ones, and fast ones with as many slices of volumes as they
     // have time for: see EventBridge::AboutToDraw and FastPassDrawn.
     void PreparePass(bool quality);
@@ -62,6 +65,7 @@ private:
     RenderFrame m_frame;
     CameraRig m_rig;
     HWND m_window = nullptr;
+    std::size_t m_bricks = 0;
     Drag m_drag = Drag::None;
     bool m_dragged = false; // farther than a click may
     QPoint m_start;

@@ -101,6 +101,14 @@ std::vector<VolumePart*> SceneModel::GetVolumes() const {
     return volumes;
 }
 
+std::size_t SceneModel::CountVisibleBricks() const {
+    std::size_t count = 0;
+    for (VolumePart* volume : GetVolumes()) {
+        count += volume->Attribute().IsVisible() ? static_cast<std::size_t>(volume->GetData().getNumBricks()) : 0;
+    }
+    return count;
+}
+
 ScenePart* SceneModel::Find(const Mesh* mesh) const {
     const auto found = std::find_if(m_parts.begin(), m_parts.end(), [mesh](const auto& part) {
         const auto* const own = dynamic_cast<const MeshPart*>(part.get());

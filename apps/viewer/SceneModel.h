@@ -38,6 +38,7 @@ public:
 
     const std::vector<std::unique_ptr<ScenePart>>& GetParts() const { return m_parts; }
     std::vector<VolumePart*> GetVolumes() const;
+    std::size_t CountVisibleBricks() const;
     ScenePart* Find(const Mesh* mesh) const; // of one of the frames
     Box GetBox() const;                      // of the parts that are seen, of all when none is; empty without any
     const SceneUnit& GetUnit() const { return m_unit; }
