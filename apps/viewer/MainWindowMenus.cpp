@@ -158,7 +158,7 @@ void MainWindow::MakeFramesMenu() {
 }
 
 void MainWindow::MakeAppearanceMenu() {
-    QMenu* const menu = menuBar()->addMenu(tr("A&ppearance"));
+    QMenu* const menu = menuBar()->addMenu(tr("&Appearance"));
     auto* const group = new QActionGroup(this);
     const auto add = [&](const QString& text, Theme theme) {
         connect(AddChoice(menu, group, text, theme == m_settings.theme), &QAction::triggered, this, [this, theme] {

@@ -37,6 +37,7 @@ namespace KOVA::Quorvex::viewer {
 namespace {
 
 const QString c_flange = QStringLiteral(QUORVEX_SAMPLE);
+constexpr QSize c_size{720, 640}; // little of it is frames
 
 bool Same(const TransferCurve& a, const TransferCurve& b) {
     const auto same = [](const TransferCurve::Point& p, const TransferCurve::Point& q) {
@@ -68,6 +69,8 @@ template <class Widget> Widget* Labelled(const QWidget& among, const QString& te
 
 class PanelTest : public testing::Test {
 protected:
+    PanelTest() { m_host.Window().resize(c_size); }
+
     // The voxels have a ramp along x; without, they are all alike.
     QString WriteVolume(const char* name, std::size_t x, std::size_t y, std::size_t z, bool ramp = true) {
         VolumeData data(x, y, z);
@@ -349,14 +352,15 @@ TEST_F(PanelTest, CutsAndLevelsAreTypedAndStepVoxelByVoxel) {
 
 TEST_F(PanelTest, TheWheelScrollsUnlessAControlHasTheFocus) {
     ASSERT_TRUE(m_host.Open({WriteVolume("a.rek", 24, 20, 16)}));
-    m_host.Window().resize(900, 420);
+    m_host.Window().resize(c_size.width(), 420);
     ASSERT_TRUE(m_host.Settle());
     QScrollBar* const bar = Panel().findChild<QScrollArea*>()->verticalScrollBar();
     ASSERT_GT(bar->maximum(), 100);
     const auto turn = [](QWidget* widget) {
         const QPoint place = widget->rect().center();
         QWheelEvent wheel(place, widget->mapToGlobal(place), {}, {0, -120}, Qt::NoButton, {}, Qt::NoScrollPhase, false);
-        QApplication::sendEvent(widget, &wheel);
+        QSpontaneKeyEvent::setSpontaneous(&wheel); // as the server's, which go on to parents and may bring the focus
+        QApplication::instance()->notify(widget, &wheel);
     };
     m_host.Frame().setFocus();
     auto* const mode = Labelled<QComboBox>(Panel(), QStringLiteral("Mode"));
@@ -369,7 +373,7 @@ TEST_F(PanelTest, TheWheelScrollsUnlessAControlHasTheFocus) {
         turn(control);
         EXPECT_GT(bar->value(), before);
         bar->setValue(0);
-        EXPECT_FALSE(control->focusPolicy() == Qt::WheelFocus);
+        EXPECT_FALSE(control->hasFocus());
     }
     EXPECT_EQ(Look(0).mode, VolumeAttribute::Shaded);
     EXPECT_EQ(Look(0).samples, 1.0);
@@ -449,7 +453,7 @@ void ExpectDifferent(const QStringList& texts, const QString& where) {
     for (const QString& text : texts) {
         const QKeySequence key = QKeySequence::mnemonic(text);
         EXPECT_TRUE(key.isEmpty() || keys.insert(key.toString()).second)
-            << where.toStdString() << ": " << text.toStdString();
+            << where.toStdString() << ": " << texts.join(QLatin1Char(',')).toStdString();
     }
 }
 
@@ -483,7 +487,8 @@ TEST_F(PanelTest, NamesOfFilesAreShownAsTheyAre) {
         EXPECT_TRUE(!label->text().contains(QLatin1String(name)) || label->textFormat() == Qt::PlainText);
     }
     const QString tip = Tree().findChild<QTreeWidget*>()->topLevelItem(0)->toolTip(0);
-    EXPECT_TRUE(tip.contains(QStringLiteral("&amp;b &lt;i&gt;"))) << tip.toStdString();
+    EXPECT_TRUE(tip.contains(QStringLiteral("a&amp;b")) && tip.contains(QStringLiteral("&lt;i&gt;")))
+        << tip.toStdString();
     const QList<QAction*> actions = m_host.Window().findChildren<QAction*>();
     EXPECT_TRUE(std::any_of(actions.begin(), actions.end(), [](const QAction* action) {
         return action->text().endsWith(QStringLiteral("a&&b <i>c<i>.rek"));
