@@ -238,7 +238,11 @@ void VolumePanel::TakeMode() {
     ShowLook();
 }
 
+// What was typed comes, too, when the controls lose the focus because there is no volume any more.
 void VolumePanel::TakeCurve(VolumePart* volume, const TransferCurve& curve) {
+    if (volume == nullptr) {
+        return;
+    }
     ChangeLook(volume, [&curve](VolumePart::Look& look) {
         look.curve = curve;
         look.preset = c_noPreset;

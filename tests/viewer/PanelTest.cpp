@@ -47,6 +47,11 @@ bool Same(const TransferCurve& a, const TransferCurve& b) {
     return std::equal(a.GetPoints().begin(), a.GetPoints().end(), b.GetPoints().begin(), b.GetPoints().end(), same);
 }
 
+void Move(QWidget* widget, QPoint to, Qt::MouseButtons buttons = Qt::LeftButton) {
+    QMouseEvent move(QEvent::MouseMove, to, widget->mapToGlobal(to), Qt::NoButton, buttons, {});
+    QApplication::sendEvent(widget, &move);
+}
+
 // A control by what it is called for those who cannot see it.
 template <class Control> Control* Named(const QWidget& among, const QString& name) {
     for (auto* control : among.findChildren<Control*>()) {
@@ -121,10 +126,7 @@ protected:
     QPoint Place(std::size_t index) { return m_editor.PlaceOf(Point(index)).toPoint(); }
     void Press(int key) { QTest::keyClick(&m_editor, static_cast<Qt::Key>(key)); }
 
-    void Move(QPoint to, Qt::MouseButtons buttons) {
-        QMouseEvent move(QEvent::MouseMove, to, m_editor.mapToGlobal(to), Qt::NoButton, buttons, {});
-        QApplication::sendEvent(&m_editor, &move);
-    }
+    void Move(QPoint to, Qt::MouseButtons buttons) { viewer::Move(&m_editor, to, buttons); }
 
     TransferEditor m_editor{nullptr};
 };
@@ -255,6 +257,16 @@ TEST_F(PanelTest, ColorsAreThoseOfThePartsThatTheDialogWasOpenedFor) {
     QTest::mouseClick(choose, Qt::LeftButton);
     auto* dialog = Opened<QColorDialog>();
     ASSERT_NE(dialog, nullptr);
+    int wells = 0; // from which colours can be dragged, in a loop of Qt's
+    for (auto* well : dialog->findChildren<QWidget*>()) {
+        if (well->acceptDrops() && qobject_cast<QLineEdit*>(well) == nullptr && well->isVisible()) {
+            ++wells;
+            QTest::mousePress(well, Qt::LeftButton, {}, {8, 8});
+            Move(well, {30, 8});
+            QTest::mouseRelease(well, Qt::LeftButton, {}, {8, 8});
+        }
+    }
+    EXPECT_GT(wells, 0);
     dialog->setCurrentColor(Qt::red);
     EXPECT_EQ(color(0), QColor(Qt::red));
     Tree().Select(Part(1));
@@ -347,6 +359,13 @@ TEST_F(PanelTest, CutsAndLevelsAreTypedAndStepVoxelByVoxel) {
     }
     Type(QStringLiteral("Window"), "0");
     EXPECT_TRUE(std::isfinite(Look(0).curve.GetLevel()) && Look(0).curve.GetWindow() >= 0.0);
+    // Half of a number, and no volume any more.
+    auto* const box = Named<QDoubleSpinBox>(Panel(), QStringLiteral("Level"));
+    box->setFocus();
+    QTest::keyClicks(box, QStringLiteral("1"));
+    Remove(Part(0));
+    EXPECT_EQ(Panel().GetVolume(), nullptr);
+    EXPECT_FALSE(box->isEnabled());
     EXPECT_EQ(ViewerHost::GlErrors(), 0);
 }
 
