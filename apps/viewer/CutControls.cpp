@@ -1,45 +1,40 @@
 #include "CutControls.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include <QCheckBox>
 #include <QGridLayout>
 #include <QLabel>
 #include <QSignalBlocker>
-#include <QSlider>
+
+#include "ValueSlider.h"
 
 namespace KOVA::Quorvex::viewer {
 
-namespace {
-
-constexpr int c_steps = 500;
-constexpr int c_page = 25;
-
-double Share(const QSlider* slider) {
-    return static_cast<double>(slider->value()) / c_steps;
-}
-
-void Set(QSlider* slider, double share) {
-    const QSignalBlocker blocker(slider);
-    slider->setValue(static_cast<int>(std::lround(share * c_steps)));
-}
-
-} // namespace
-
 CutControls::CutControls(const QString& axis, QWidget* parent)
-    : QWidget(parent), m_low(MakeSlider(tr("%1 from").arg(axis), tr("Cuts away what is below"))),
-      m_high(MakeSlider(tr("%1 to").arg(axis), tr("Cuts away what is above"))), m_showSlice(new QCheckBox(tr("Slice"))),
-      m_slice(MakeSlider(tr("%1 slice").arg(axis), tr("The plane that is shown in grey levels"))) {
+    : QWidget(parent), m_first(new ValueSlider(tr("%1 from").arg(axis), tr("Cuts away the voxels before this one"), 0)),
+      m_last(new ValueSlider(tr("%1 to").arg(axis), tr("Cuts away the voxels after this one"), 0)),
+      m_showSlice(new QCheckBox(tr("Slice"))),
+      m_slice(new ValueSlider(tr("%1 slice").arg(axis), tr("The voxels that are shown in grey levels"), 0)) {
     m_showSlice->setAccessibleName(tr("Show the %1 slice").arg(axis));
     m_showSlice->setToolTip(tr("Shows a plane across the axis in grey levels"));
     auto* const layout = new QGridLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setVerticalSpacing(2);
-    layout->addWidget(new QLabel(QStringLiteral("<b>%1</b>").arg(axis)), 0, 0);
-    layout->addWidget(m_low, 0, 1);
-    layout->addWidget(m_high, 0, 2);
-    layout->addWidget(m_showSlice, 1, 0);
-    layout->addWidget(m_slice, 1, 1, 1, 2);
+    layout->setColumnStretch(1, 1);
+    layout->addWidget(new QLabel(tr("%1 from").arg(axis)), 0, 0);
+    layout->addWidget(m_first, 0, 1);
+    layout->addWidget(new QLabel(tr("%1 to").arg(axis)), 1, 0);
+    layout->addWidget(m_last, 1, 1);
+    layout->addWidget(m_showSlice, 2, 0);
+    layout->addWidget(m_slice, 2, 1);
+    for (ValueSlider* slider : {m_first, m_last, m_slice}) {
+        connect(slider, &ValueSlider::Changed, this, [this, slider] {
+            KeepOrder(slider);
+            emit Changed();
+        });
+    }
     connect(m_showSlice, &QCheckBox::toggled, this, [this](bool show) {
         m_slice->setEnabled(show);
         emit Changed();
@@ -47,36 +42,28 @@ CutControls::CutControls(const QString& axis, QWidget* parent)
     m_slice->setEnabled(false);
 }
 
-QSlider* CutControls::MakeSlider(const QString& name, const QString& tip) {
-    auto* const slider = new QSlider(Qt::Horizontal, this);
-    slider->setRange(0, c_steps);
-    slider->setPageStep(c_page);
-    slider->setAccessibleName(name);
-    slider->setToolTip(tip);
-    connect(slider, &QSlider::valueChanged, this, [this, slider] {
-        KeepOrder(slider);
-        emit Changed();
-    });
-    return slider;
-}
-
 // The limits push each other.
-void CutControls::KeepOrder(const QSlider* moved) {
-    if (m_low->value() > m_high->value() && moved != m_slice) {
-        Set(moved == m_low ? m_high : m_low, Share(moved));
+void CutControls::KeepOrder(const ValueSlider* moved) {
+    if (moved != m_slice && m_first->GetValue() > m_last->GetValue()) {
+        (moved == m_first ? m_last : m_first)->SetValue(moved->GetValue());
     }
 }
 
-void CutControls::Show(const VolumePart::AxisCut& cut) {
+void CutControls::Show(const VolumePart::AxisCut& cut, std::size_t voxels) {
     const QSignalBlocker blocker(this);
-    Set(m_low, cut.low);
-    Set(m_high, cut.high);
-    Set(m_slice, cut.slice);
+    m_voxels = static_cast<double>(std::max<std::size_t>(voxels, 1));
+    for (ValueSlider* slider : {m_first, m_last, m_slice}) {
+        slider->SetRange(0.0, m_voxels - 1.0);
+    }
+    m_first->SetValue(std::round(cut.low * m_voxels));
+    m_last->SetValue(std::round(cut.high * m_voxels) - 1.0);
+    m_slice->SetValue(std::floor(cut.slice * m_voxels));
     m_showSlice->setChecked(cut.showSlice);
 }
 
 VolumePart::AxisCut CutControls::GetCut() const {
-    return {Share(m_low), Share(m_high), m_showSlice->isChecked(), Share(m_slice)};
+    return {m_first->GetValue() / m_voxels, (m_last->GetValue() + 1.0) / m_voxels, m_showSlice->isChecked(),
+            (m_slice->GetValue() + 0.5) / m_voxels};
 }
 
 } // namespace KOVA::Quorvex::viewer

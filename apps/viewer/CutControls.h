@@ -5,31 +5,33 @@
 #include "VolumePart.h"
 
 class QCheckBox;
-class QSlider;
 
 namespace KOVA::Quorvex::viewer {
 
-// Sliders for what is cut away of a volume along one axis, and for the slice across it.
+class ValueSlider;
+
+// What is cut away of a volume along one axis, and the slice across it, by the numbers of the voxels: the first and the
+// last that are kept, and the one through whose middle the slice runs.
 class CutControls : public QWidget {
     Q_OBJECT
 
 public:
     CutControls(const QString& axis, QWidget* parent);
 
-    void Show(const VolumePart::AxisCut& cut);
+    void Show(const VolumePart::AxisCut& cut, std::size_t voxels);
     VolumePart::AxisCut GetCut() const;
 
 signals:
     void Changed();
 
 private:
-    QSlider* MakeSlider(const QString& name, const QString& tip);
-    void KeepOrder(const QSlider* moved);
+    void KeepOrder(const ValueSlider* moved);
 
-    QSlider* m_low;
-    QSlider* m_high;
+    ValueSlider* m_first;
+    ValueSlider* m_last;
     QCheckBox* m_showSlice;
-    QSlider* m_slice;
+    ValueSlider* m_slice;
+    double m_voxels = 1.0;
 };
 
 } // namespace KOVA::Quorvex::viewer

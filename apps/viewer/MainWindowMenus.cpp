@@ -9,12 +9,11 @@
 #include <QApplication>
 #include <QDir>
 #include <QDockWidget>
-#include <QFileDialog>
 #include <QLabel>
 #include <QMenuBar>
-#include <QMessageBox>
 
 #include "About.h"
+#include "Dialogs.h"
 #include "Engine.h"
 #include "FrameGrid.h"
 
@@ -65,7 +64,7 @@ void MainWindow::MakeFileMenu() {
     connect(AddAction(menu, tr("Save &picture…"), QKeySequence::Save, tr("Writes what the frames show to a file")),
             &QAction::triggered, this, &MainWindow::AskForScreenshot);
     menu->addSeparator();
-    connect(AddAction(menu, tr("&Remove selected"), {}, tr("Takes the selected parts out of the scene")),
+    connect(AddAction(menu, tr("Re&move selected"), {}, tr("Takes the selected parts out of the scene")),
             &QAction::triggered, this, &MainWindow::RemoveSelected);
     connect(AddAction(menu, tr("&Close all"), QKeySequence::Close, tr("Empties the scene")), &QAction::triggered, this,
             &MainWindow::CloseAll);
@@ -78,30 +77,26 @@ void MainWindow::FillRecentMenu() {
     m_recentMenu->clear();
     m_recentMenu->setEnabled(!m_settings.recentFiles.isEmpty());
     for (const QString& file : m_settings.recentFiles) {
-        QAction* const action = m_recentMenu->addAction(QDir::toNativeSeparators(file));
+        const QString name = QDir::toNativeSeparators(file).replace(QLatin1Char('&'), QLatin1String("&&"));
+        QAction* const action = m_recentMenu->addAction(name);
         connect(action, &QAction::triggered, this, [this, file] { Open({file}); });
     }
 }
 
 void MainWindow::AskForFiles() {
     auto* const dialog =
-        new QFileDialog(this, tr("Open"), m_settings.folder, tr("Parts (*.stl *.STL *.rek *.REK);;All files (*)"));
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setFileMode(QFileDialog::ExistingFiles);
-    dialog->setOption(QFileDialog::DontUseNativeDialog); // those have event loops of their own
-    connect(dialog, &QFileDialog::filesSelected, this, &MainWindow::Open);
-    dialog->open();
+        new FileDialog(this, tr("Open"), m_settings.folder, tr("Parts (*.stl *.STL *.rek *.REK);;All files (*)"),
+                       FileDialog::ExistingFiles);
+    connect(dialog, &FileDialog::filesSelected, this, &MainWindow::Open);
+    OpenDialog(dialog);
 }
 
 void MainWindow::AskForScreenshot() {
-    auto* const dialog =
-        new QFileDialog(this, tr("Save picture"), m_settings.folder, tr("Pictures (*.png *.bmp *.jpg)"));
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    auto* const dialog = new FileDialog(this, tr("Save picture"), m_settings.folder, tr("Pictures (*.png *.bmp *.jpg)"),
+                                        FileDialog::AnyFile);
     dialog->setDefaultSuffix(QStringLiteral("png"));
-    dialog->setOption(QFileDialog::DontUseNativeDialog);
-    connect(dialog, &QFileDialog::fileSelected, this, &MainWindow::SaveScreenshot);
-    dialog->open();
+    connect(dialog, &FileDialog::fileSelected, this, &MainWindow::SaveScreenshot);
+    OpenDialog(dialog);
 }
 
 void MainWindow::MakeViewMenu() {
@@ -205,15 +200,11 @@ void MainWindow::MakeHelpMenu() {
 }
 
 void MainWindow::ShowControls() {
-    auto* const box = new QMessageBox(QMessageBox::NoIcon, tr("Controls"), ControlsText(), QMessageBox::Ok, this);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->open();
+    OpenDialog(new QMessageBox(QMessageBox::NoIcon, tr("Controls"), ControlsText(), QMessageBox::Ok, this));
 }
 
 void MainWindow::ShowAbout() {
-    auto* const box = new QMessageBox(QMessageBox::NoIcon, tr("About Quorvex"), AboutText(), QMessageBox::Ok, this);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->open();
+    OpenDialog(new QMessageBox(QMessageBox::NoIcon, tr("About Quorvex"), AboutText(), QMessageBox::Ok, this));
 }
 
 } // namespace KOVA::Quorvex::viewer

@@ -1,19 +1,25 @@
 #include "SceneTree.h"
 
 #include <array>
+#include <memory>
+#include <vector>
 
 #include <QCheckBox>
-#include <QColorDialog>
 #include <QComboBox>
 #include <QFormLayout>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
+#include <QShortcut>
 #include <QSignalBlocker>
+#include <QTextDocument>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
+#include "Dialogs.h"
+#include "FactTable.h"
 #include "MeshPart.h"
+#include "PanelInput.h"
+#include "QtColor.h"
 #include "SceneModel.h"
 
 namespace KOVA::Quorvex::viewer {
@@ -33,10 +39,6 @@ constexpr std::array<Mode, 6> c_modes{{{MeshAttribute::RENDER_SURFACE, "Surface"
                                        {MeshAttribute::RENDER_POINTS, "Points"}}};
 
 constexpr int c_iconSize = 16;
-
-QColor ToQColor(const ColorRGBA& color) {
-    return QColor::fromRgbF(color.r, color.g, color.b);
-}
 
 QIcon ColorIcon(const ColorRGBA& color) {
     QPixmap pixmap(c_iconSize, c_iconSize);
@@ -61,17 +63,20 @@ SceneTree::SceneTree(SceneModel& scene, QWidget* parent)
     m_mode->setToolTip(tr("How meshes are drawn"));
     m_color->setToolTip(tr("Colour of the selected meshes"));
     m_box->setToolTip(tr("Marks the corners of the part's box"));
-    m_facts->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    // Selected by mouse, it could be dragged: Qt runs a loop for that.
+    m_facts->setTextInteractionFlags(Qt::TextSelectableByKeyboard);
+    m_facts->setFocusPolicy(Qt::StrongFocus);
 
     auto* const form = new QFormLayout(m_properties);
     form->setContentsMargins(0, 0, 0, 0);
     form->addRow(tr("&Display"), m_mode);
-    form->addRow(tr("&Colour"), m_color);
+    form->addRow(tr("C&olour"), m_color);
     form->addRow(tr("Bounding &box"), m_box);
     form->addRow(m_facts);
     auto* const layout = new QVBoxLayout(this);
     layout->addWidget(m_tree, 1);
     layout->addWidget(m_properties);
+    new PanelInput(this); // its own child
 
     connect(&m_scene, &SceneModel::PartAdded, this, &SceneTree::AddRow);
     connect(&m_scene, &SceneModel::PartAboutToBeRemoved, this, &SceneTree::RemoveRow);
@@ -99,13 +104,16 @@ SceneTree::SceneTree(SceneModel& scene, QWidget* parent)
             }
         });
     });
+    auto* const remove = new QShortcut(QKeySequence::Delete, m_tree);
+    remove->setContext(Qt::WidgetShortcut);
+    connect(remove, &QShortcut::activated, this, &SceneTree::RemovalRequested);
     ShowProperties();
 }
 
 void SceneTree::AddRow(ScenePart* part) {
     auto* const row = new QTreeWidgetItem;
     row->setText(0, part->GetName());
-    row->setToolTip(0, QString::fromLocal8Bit(part->GetPath()));
+    row->setToolTip(0, Qt::convertFromPlainText(QString::fromLocal8Bit(part->GetPath())));
     row->setFlags(row->flags() | Qt::ItemIsUserCheckable);
     m_rows[part] = row;
     UpdateRow(part);
@@ -157,8 +165,9 @@ ScenePart* SceneTree::PartOf(const QTreeWidgetItem* row) const {
 
 QList<ScenePart*> SceneTree::GetSelected() const {
     QList<ScenePart*> parts;
-    for (const QTreeWidgetItem* row : m_tree->selectedItems()) {
-        if (ScenePart* const part = PartOf(row)) {
+    for (int i = 0; i < m_tree->topLevelItemCount(); ++i) {
+        const QTreeWidgetItem* const row = m_tree->topLevelItem(i);
+        if (ScenePart* const part = row->isSelected() ? PartOf(row) : nullptr) {
             parts.append(part);
         }
     }
@@ -187,12 +196,7 @@ void SceneTree::ShowProperties() {
         m_color->setIcon(ColorIcon(mesh->Attribute().GetColor()));
     }
     m_box->setChecked(parts.front()->Attribute().BoundingBoxIsVisible());
-    QString rows;
-    for (const ScenePart::Fact& fact : parts.front()->Describe()) {
-        rows += QStringLiteral("<tr><td>%1</td><td>&nbsp;&nbsp;</td><td>%2</td></tr>")
-                    .arg(fact.name.toHtmlEscaped(), fact.value.toHtmlEscaped());
-    }
-    m_facts->setText(QStringLiteral("<table>%1</table>").arg(rows));
+    m_facts->setText(FactTable(parts.front()->Describe()));
 }
 
 template <class Change> void SceneTree::ChangeSelected(Change change) {
@@ -203,31 +207,46 @@ template <class Change> void SceneTree::ChangeSelected(Change change) {
     ShowProperties();
 }
 
-// Without an event loop of its own: this may be inside a pass.
-void SceneTree::AskForColor() {
-    const QList<ScenePart*> parts = GetSelected();
-    if (parts.isEmpty()) {
-        return;
-    }
-    auto* const dialog = new QColorDialog(ToQColor(parts.front()->Attribute().GetColor()), this);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setOption(QColorDialog::DontUseNativeDialog);
-    connect(dialog, &QColorDialog::currentColorChanged, this, [this](const QColor& color) {
-        ChangeSelected([&color](ScenePart* part) {
-            if (dynamic_cast<MeshPart*>(part) != nullptr) {
-                part->Attribute().SetColor({color.redF(), color.greenF(), color.blueF()});
-            }
-        });
-    });
-    dialog->open();
+void SceneTree::ShowColor(ScenePart* part, const ColorRGBA& color) {
+    part->Attribute().SetColor(color);
+    m_scene.Apply(part);
 }
 
-void SceneTree::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Delete) {
-        emit RemovalRequested();
-    } else {
-        QWidget::keyPressEvent(event);
+// For the parts that are selected now, as long as they are there.
+void SceneTree::AskForColor() {
+    struct Colored {
+        ScenePart* part;
+        ColorRGBA before;
+    };
+    const auto meshes = std::make_shared<std::vector<Colored>>();
+    for (ScenePart* part : GetSelected()) {
+        if (dynamic_cast<MeshPart*>(part) != nullptr) {
+            meshes->push_back({part, part->Attribute().GetColor()});
+        }
     }
+    if (meshes->empty()) {
+        return;
+    }
+    auto* const dialog = OpenColorDialog(
+        this, ToQColor(meshes->front().before),
+        [this, meshes](const QColor& color) {
+            for (const Colored& mesh : *meshes) {
+                ShowColor(mesh.part, FromQColor(color));
+            }
+            ShowProperties();
+        },
+        [this, meshes] {
+            for (const Colored& mesh : *meshes) {
+                ShowColor(mesh.part, mesh.before);
+            }
+            ShowProperties();
+        });
+    connect(&m_scene, &SceneModel::PartAboutToBeRemoved, dialog, [meshes, dialog](const ScenePart* part) {
+        const auto gone = [part](const Colored& mesh) { return mesh.part == part; };
+        if (std::erase_if(*meshes, gone) > 0 && meshes->empty()) {
+            dialog->reject();
+        }
+    });
 }
 
 } // namespace KOVA::Quorvex::viewer

@@ -4,6 +4,8 @@
 
 #include <QWidget>
 
+#include <Quorvex/core/Colors.h>
+
 class QCheckBox;
 class QComboBox;
 class QLabel;
@@ -24,14 +26,11 @@ public:
     SceneTree(SceneModel& scene, QWidget* parent);
 
     void Select(ScenePart* part);
-    QList<ScenePart*> GetSelected() const;
+    QList<ScenePart*> GetSelected() const; // from top to bottom
 
 signals:
     void SelectionChanged();
     void RemovalRequested();
-
-protected:
-    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     void AddRow(ScenePart* part);
@@ -41,6 +40,7 @@ private:
     void ShowProperties();
     template <class Change> void ChangeSelected(Change change);
     void AskForColor();
+    void ShowColor(ScenePart* part, const ColorRGBA& color);
     ScenePart* PartOf(const QTreeWidgetItem* row) const;
 
     SceneModel& m_scene;

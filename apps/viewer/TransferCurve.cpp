@@ -132,6 +132,9 @@ void TransferCurve::Remove(std::size_t index) {
 }
 
 void TransferCurve::Move(std::size_t index, double intensity, double opacity) {
+    if (index >= m_points.size()) {
+        return;
+    }
     double low = 0.0;
     double high = c_last;
     if (index > 0) {
@@ -148,8 +151,10 @@ void TransferCurve::Move(std::size_t index, double intensity, double opacity) {
 }
 
 void TransferCurve::SetColor(std::size_t index, const ColorRGBA& color) {
-    ColorRGBA& own = m_points[index].color;
-    own = {color.r, color.g, color.b, own.a};
+    if (index < m_points.size()) {
+        ColorRGBA& own = m_points[index].color;
+        own = {color.r, color.g, color.b, own.a};
+    }
 }
 
 void TransferCurve::SetWindow(double level, double window) {

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include <QColorDialog>
 #include <QHelpEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -11,6 +10,8 @@
 #include <QToolTip>
 
 #include <Quorvex/analysis/VolumeHistogram.h>
+
+#include "QtColor.h"
 
 namespace KOVA::Quorvex::viewer {
 
@@ -29,11 +30,6 @@ double HeightOf(double opacity) {
 
 double OpacityOf(double height) {
     return height * height * height;
-}
-
-QColor ToQColor(const ColorRGBA& color) {
-    const auto share = [](float v) { return std::clamp(v, 0.0F, 1.0F); };
-    return QColor::fromRgbF(share(color.r), share(color.g), share(color.b));
 }
 
 } // namespace
@@ -58,10 +54,7 @@ void TransferEditor::SetHistogram(const std::array<std::uint64_t, 256>& counts) 
 
 void TransferEditor::SetCurve(const TransferCurve& curve) {
     m_curve = curve;
-    if (m_selected && *m_selected >= curve.GetPoints().size()) {
-        m_selected.reset();
-    }
-    update();
+    Select(m_selected < curve.GetPoints().size() ? m_selected : std::nullopt);
 }
 
 QRectF TransferEditor::Plot() const {
@@ -166,6 +159,7 @@ void TransferEditor::PaintCurve(QPainter& painter) const {
 
 void TransferEditor::Select(std::optional<std::size_t> index) {
     m_selected = index;
+    m_dragging = false;
     update();
 }
 
@@ -182,7 +176,10 @@ void TransferEditor::mousePressEvent(QMouseEvent* event) {
     m_dragging = m_selected && event->button() == Qt::LeftButton;
 }
 
+// The release may have gone to a dialog that was opened meanwhile.
+
 void TransferEditor::mouseMoveEvent(QMouseEvent* event) {
+    m_dragging = m_dragging && event->buttons().testFlag(Qt::LeftButton);
     if (!m_dragging) {
         setCursor(PointAt(event->position()) ? Qt::SizeAllCursor : Qt::CrossCursor);
         return;
@@ -191,8 +188,8 @@ void TransferEditor::mouseMoveEvent(QMouseEvent* event) {
     Changed();
 }
 
-void TransferEditor::mouseReleaseEvent(QMouseEvent* /*event*/) {
-    m_dragging = false;
+void TransferEditor::mouseReleaseEvent(QMouseEvent* event) {
+    m_dragging = m_dragging && event->button() != Qt::LeftButton;
 }
 
 void TransferEditor::mouseDoubleClickEvent(QMouseEvent* event) {
@@ -201,10 +198,10 @@ void TransferEditor::mouseDoubleClickEvent(QMouseEvent* event) {
     }
     if (PointAt(event->position())) {
         Select(PointAt(event->position()));
-        AskForColor();
+        emit ColorWanted(*m_selected);
         return;
     }
-    AddAt(IntensityAt(event->position().x()));
+    Select(m_curve.Insert(IntensityAt(event->position().x())));
     m_curve.Move(*m_selected, IntensityAt(event->position().x()), OpacityAt(event->position().y()));
     m_dragging = true;
     Changed();
@@ -221,20 +218,6 @@ void TransferEditor::RemoveSelected() {
         Select(std::nullopt);
         Changed();
     }
-}
-
-// Without an event loop of its own: this may be inside a pass.
-void TransferEditor::AskForColor() {
-    auto* const dialog = new QColorDialog(ToQColor(m_curve.GetPoints()[*m_selected].color), this);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setOption(QColorDialog::DontUseNativeDialog);
-    connect(dialog, &QColorDialog::currentColorChanged, this, [this, index = *m_selected](const QColor& color) {
-        if (index < m_curve.GetPoints().size()) {
-            m_curve.SetColor(index, {color.redF(), color.greenF(), color.blueF()});
-            Changed();
-        }
-    });
-    dialog->open();
 }
 
 void TransferEditor::MoveSelected(double intensities, double height) {
@@ -278,7 +261,7 @@ void TransferEditor::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
         if (m_selected) {
-            AskForColor();
+            emit ColorWanted(*m_selected);
         }
         break;
     default:

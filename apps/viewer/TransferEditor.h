@@ -23,7 +23,8 @@ public:
     explicit TransferEditor(QWidget* parent);
 
     void SetHistogram(const std::array<std::uint64_t, 256>& counts);
-    void SetCurve(const TransferCurve& curve);
+    void SetCurve(const TransferCurve& curve); // ends a drag; a point stays selected
+    void Select(std::optional<std::size_t> index);
     const TransferCurve& GetCurve() const { return m_curve; }
 
     // Where a point stands, in the widget's coordinates.
@@ -34,6 +35,7 @@ public:
 
 signals:
     void Edited();
+    void ColorWanted(std::size_t point);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -52,10 +54,8 @@ private:
     std::optional<std::size_t> PointAt(const QPointF& position) const;
     void PaintHistogram(QPainter& painter) const;
     void PaintCurve(QPainter& painter) const;
-    void Select(std::optional<std::size_t> index);
     void AddAt(double intensity);
     void RemoveSelected();
-    void AskForColor();
     void MoveSelected(double intensities, double height);
     void Changed();
 
@@ -63,7 +63,7 @@ private:
     std::array<double, 256> m_bars{};   // 0..1
     std::array<int, 2> m_peaks{-1, -1}; // of background and material
     std::optional<std::size_t> m_selected;
-    bool m_dragging = false;
+    bool m_dragging = false; // the selected point
 };
 
 } // namespace KOVA::Quorvex::viewer

@@ -12,7 +12,7 @@ template <Mode mode> TransferCurve Default(const VolumePart& volume) {
     return TransferCurve::FromTable(volume.DefaultTable(mode));
 }
 
-// Between air and the densest material, or everything when there is no telling.
+// Between air and the densest material; voxels that are all alike are material.
 struct Range {
     double low;
     double high;
@@ -22,8 +22,8 @@ struct Range {
 
 Range MaterialOf(const VolumePart& volume) {
     const VolumeSummary& summary = volume.GetSummary();
-    const double low = summary.parts ? summary.parts->threshold : summary.low;
-    return {low, std::max<double>(summary.high, low + 1.0)};
+    const double high = std::max(summary.high, 1);
+    return {summary.parts ? summary.parts->threshold : high - 1.0, high};
 }
 
 TransferCurve Densest(const VolumePart& volume) {

@@ -1,28 +1,28 @@
 #include "VolumePanel.h"
 
-#include <cmath>
 #include <exception>
 
 #include <QComboBox>
 #include <QDoubleSpinBox>
 #include <QFile>
-#include <QFileDialog>
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QLabel>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QSignalBlocker>
-#include <QSlider>
 #include <QVBoxLayout>
 
 #include <Quorvex/volume/VolumeRenderer.h>
 
 #include "CutControls.h"
+#include "Dialogs.h"
+#include "PanelInput.h"
+#include "QtColor.h"
 #include "SceneModel.h"
 #include "TransferEditor.h"
 #include "TransferPresets.h"
+#include "ValueSlider.h"
 
 namespace KOVA::Quorvex::viewer {
 
@@ -38,24 +38,17 @@ constexpr std::array<Mode, 4> c_modes{{{VolumeAttribute::Shaded, "Lit"},
                                        {VolumeAttribute::MaximumIntensity, "Largest intensity"},
                                        {VolumeAttribute::MinimumIntensity, "Smallest intensity"}}};
 
-constexpr int c_steps = 10; // of the sliders for an intensity
-constexpr int c_lastLevel = 255;
-
-QSlider* LevelSlider(const QString& name, const QString& tip) {
-    auto* const slider = new QSlider(Qt::Horizontal);
-    slider->setRange(0, c_lastLevel * c_steps);
-    slider->setPageStep(c_steps * 10);
-    slider->setAccessibleName(name);
-    slider->setToolTip(tip);
-    return slider;
-}
+constexpr double c_lastLevel = 255.0;
+constexpr int c_levelDecimals = 1;
+constexpr int c_noPreset = -1;
 
 } // namespace
 
 VolumePanel::VolumePanel(SceneModel& scene, QWidget* parent)
     : QWidget(parent), m_scene(scene), m_name(new QLabel), m_editor(new TransferEditor(this)), m_preset(new QComboBox),
-      m_mode(new QComboBox), m_level(LevelSlider(tr("Level"), tr("Moves the whole transfer function"))),
-      m_window(LevelSlider(tr("Window"), tr("Stretches the transfer function about its middle"))),
+      m_mode(new QComboBox),
+      m_level(new ValueSlider(tr("Level"), tr("Moves the whole transfer function"), c_levelDecimals)),
+      m_window(new ValueSlider(tr("Window"), tr("Stretches the transfer function about its middle"), c_levelDecimals)),
       m_samples(new QDoubleSpinBox), m_controls(new QWidget) {
     auto* const inner = new QVBoxLayout(m_controls);
     inner->addWidget(m_editor, 1);
@@ -70,6 +63,8 @@ VolumePanel::VolumePanel(SceneModel& scene, QWidget* parent)
     auto* const layout = new QVBoxLayout(this);
     layout->addWidget(m_name);
     layout->addWidget(scroll, 1);
+    m_name->setTextFormat(Qt::PlainText);
+    new PanelInput(this); // its own child
 
     connect(&m_scene, &SceneModel::PartAdded, this, [this](ScenePart* part) {
         if (auto* const volume = dynamic_cast<VolumePart*>(part)) {
@@ -77,33 +72,15 @@ VolumePanel::VolumePanel(SceneModel& scene, QWidget* parent)
         }
     });
     connect(&m_scene, &SceneModel::PartAboutToBeRemoved, this, &VolumePanel::Forget);
-    connect(m_editor, &TransferEditor::Edited, this, [this] {
-        m_edited = true;
-        ChangeLook([this](VolumePart::Look& look) { look.curve = m_editor->GetCurve(); });
-        ShowWindow();
-    });
+    connect(m_editor, &TransferEditor::Edited, this, [this] { TakeCurve(m_volume, m_editor->GetCurve()); });
+    connect(m_editor, &TransferEditor::ColorWanted, this, &VolumePanel::AskForColor);
     ShowVolume(nullptr);
 }
 
 QWidget* VolumePanel::MakeLook() {
     auto* const group = new QGroupBox(tr("Look"));
     auto* const form = new QFormLayout(group);
-    for (const TransferPreset& preset : TransferPresets()) {
-        m_preset->addItem(tr(preset.name));
-        m_preset->setItemData(m_preset->count() - 1, tr(preset.tip), Qt::ToolTipRole);
-    }
-    m_preset->setToolTip(tr("Transfer functions made for the histogram"));
-    connect(m_preset, &QComboBox::activated, this, &VolumePanel::UsePreset);
-    auto* const load = new QPushButton(tr("&File…"));
-    load->setToolTip(tr("Takes a table of 256 lines \"r g b a\", each from 0 to 1"));
-    connect(load, &QPushButton::clicked, this, &VolumePanel::LoadTable);
-    auto* const presets = new QHBoxLayout;
-    presets->addWidget(m_preset, 1);
-    presets->addWidget(load);
-    auto* const label = new QLabel(tr("&Preset"));
-    label->setBuddy(m_preset);
-    form->addRow(label, presets);
-
+    MakePresets(form);
     for (const Mode& mode : c_modes) {
         const bool sums = mode.mode == VolumeAttribute::Shaded || mode.mode == VolumeAttribute::Unshaded;
         if (sums || VolumeRenderer::SupportsIntensityMinMax()) {
@@ -112,23 +89,48 @@ QWidget* VolumePanel::MakeLook() {
     }
     m_mode->setToolTip(tr("How the voxels along a line of sight come together"));
     connect(m_mode, &QComboBox::activated, this, &VolumePanel::TakeMode);
-    form->addRow(tr("&Mode"), m_mode);
+    form->addRow(tr("Mod&e"), m_mode);
     form->addRow(tr("&Level"), m_level);
     form->addRow(tr("&Window"), m_window);
-    connect(m_level, &QSlider::valueChanged, this, &VolumePanel::TakeWindow);
-    connect(m_window, &QSlider::valueChanged, this, &VolumePanel::TakeWindow);
+    m_level->SetRange(0.0, c_lastLevel);
+    m_window->SetRange(0.0, c_lastLevel);
+    connect(m_level, &ValueSlider::Changed, this,
+            [this](double level) { TakeWindow(level, m_editor->GetCurve().GetWindow()); });
+    connect(m_window, &ValueSlider::Changed, this,
+            [this](double window) { TakeWindow(m_editor->GetCurve().GetLevel(), window); });
 
+    m_samples->setKeyboardTracking(false);
     m_samples->setRange(0.1, 8.0);
     m_samples->setSingleStep(0.25);
     m_samples->setToolTip(tr("Planes for half of a voxel: more look better and take longer"));
-    connect(m_samples, &QDoubleSpinBox::valueChanged, this,
-            [this](double samples) { ChangeLook([samples](VolumePart::Look& look) { look.samples = samples; }); });
+    connect(m_samples, &QDoubleSpinBox::valueChanged, this, [this](double samples) {
+        ChangeLook(m_volume, [samples](VolumePart::Look& look) { look.samples = samples; });
+    });
     form->addRow(tr("&Samples"), m_samples);
     return group;
 }
 
+void VolumePanel::MakePresets(QFormLayout* form) {
+    for (const TransferPreset& preset : TransferPresets()) {
+        m_preset->addItem(tr(preset.name));
+        m_preset->setItemData(m_preset->count() - 1, tr(preset.tip), Qt::ToolTipRole);
+    }
+    m_preset->setPlaceholderText(tr("Own"));
+    m_preset->setToolTip(tr("Transfer functions made for the histogram"));
+    connect(m_preset, &QComboBox::activated, this, &VolumePanel::UsePreset);
+    auto* const load = new QPushButton(tr("F&ile…"));
+    load->setToolTip(tr("Takes a table of 256 lines \"r g b a\", each from 0 to 1"));
+    connect(load, &QPushButton::clicked, this, &VolumePanel::AskForTable);
+    auto* const presets = new QHBoxLayout;
+    presets->addWidget(m_preset, 1);
+    presets->addWidget(load);
+    auto* const label = new QLabel(tr("&Preset"));
+    label->setBuddy(m_preset);
+    form->addRow(label, presets);
+}
+
 QWidget* VolumePanel::MakeCuts() {
-    auto* const group = new QGroupBox(tr("Cut away from, to"));
+    auto* const group = new QGroupBox(tr("Cuts and slices, in voxels"));
     auto* const layout = new QVBoxLayout(group);
     const QString names[] = {tr("x"), tr("y"), tr("z")};
     for (std::size_t axis = 0; axis < m_cuts.size(); ++axis) {
@@ -136,7 +138,7 @@ QWidget* VolumePanel::MakeCuts() {
         layout->addWidget(controls);
         m_cuts[axis] = controls;
         connect(controls, &CutControls::Changed, this, [this, axis] {
-            ChangeLook([this, axis](VolumePart::Look& look) { look.cuts[axis] = m_cuts[axis]->GetCut(); });
+            ChangeLook(m_volume, [this, axis](VolumePart::Look& look) { look.cuts[axis] = m_cuts[axis]->GetCut(); });
         });
     }
     return group;
@@ -144,8 +146,10 @@ QWidget* VolumePanel::MakeCuts() {
 
 void VolumePanel::Show(const QList<ScenePart*>& selection) {
     for (ScenePart* part : selection) {
-        if (auto* const volume = dynamic_cast<VolumePart*>(part); volume != nullptr && volume != m_volume) {
-            ShowVolume(volume);
+        if (auto* const volume = dynamic_cast<VolumePart*>(part)) {
+            if (volume != m_volume) {
+                ShowVolume(volume);
+            }
             return;
         }
     }
@@ -164,9 +168,9 @@ void VolumePanel::Forget(ScenePart* part) {
 
 void VolumePanel::ShowVolume(VolumePart* volume) {
     m_volume = volume;
-    m_edited = false;
     m_controls->setEnabled(volume != nullptr);
     m_name->setText(volume != nullptr ? volume->GetName() : tr("No volume is open"));
+    m_editor->Select(std::nullopt);
     if (volume != nullptr) {
         m_editor->SetHistogram(volume->GetSummary().histogram);
         ShowLook();
@@ -180,31 +184,30 @@ void VolumePanel::ShowLook() {
     const QSignalBlocker blocker(m_samples);
     m_samples->setValue(look.samples);
     for (std::size_t axis = 0; axis < m_cuts.size(); ++axis) {
-        m_cuts[axis]->Show(look.cuts[axis]);
+        m_cuts[axis]->Show(look.cuts[axis], m_volume->CountVoxels(axis));
     }
-    ShowWindow();
+    ShowOrigin();
 }
 
-void VolumePanel::ShowWindow() {
-    const QSignalBlocker noLevel(m_level);
-    const QSignalBlocker noWindow(m_window);
-    const TransferCurve& curve = m_editor->GetCurve();
-    m_level->setValue(static_cast<int>(std::lround(curve.GetLevel() * c_steps)));
-    m_window->setValue(static_cast<int>(std::lround(curve.GetWindow() * c_steps)));
+void VolumePanel::ShowOrigin() {
+    const VolumePart::Look& look = m_volume->GetLook();
+    m_preset->setCurrentIndex(look.preset);
+    m_level->SetValue(look.curve.GetLevel());
+    m_window->SetValue(look.curve.GetWindow());
 }
 
-template <class Change> void VolumePanel::ChangeLook(Change change) {
-    if (m_volume == nullptr) {
+template <class Change> void VolumePanel::ChangeLook(VolumePart* volume, Change change) {
+    if (volume == nullptr) {
         return;
     }
-    VolumePart::Look look = m_volume->GetLook();
+    VolumePart::Look look = volume->GetLook();
     change(look);
-    const bool sameMode = look.mode == m_volume->GetLook().mode;
-    m_volume->SetLook(look);
+    const bool sameMode = look.mode == volume->GetLook().mode;
+    volume->SetLook(look);
     if (sameMode) {
         m_scene.Refresh();
     } else {
-        m_scene.Apply(m_volume); // the background suits the mode
+        m_scene.Apply(volume); // the background suits the mode
     }
 }
 
@@ -213,11 +216,11 @@ void VolumePanel::UsePreset(int index) {
         return;
     }
     const TransferPreset& preset = TransferPresets()[static_cast<std::size_t>(index)];
-    m_edited = false;
-    m_preset->setCurrentIndex(index);
-    ChangeLook([&](VolumePart::Look& look) {
+    ChangeLook(m_volume, [&](VolumePart::Look& look) {
         look.mode = preset.mode;
         look.curve = preset.make(*m_volume);
+        look.preset = index;
+        look.edited = false;
     });
     ShowLook();
 }
@@ -225,40 +228,89 @@ void VolumePanel::UsePreset(int index) {
 // What was not edited follows the mode: the same table does not suit all of them.
 void VolumePanel::TakeMode() {
     const auto mode = static_cast<VolumeAttribute::RenderMode>(m_mode->currentData().toInt());
-    ChangeLook([&](VolumePart::Look& look) {
-        look.mode = mode;
-        if (!m_edited) {
+    ChangeLook(m_volume, [&](VolumePart::Look& look) {
+        if (!look.edited && mode != look.mode) {
             look.curve = TransferCurve::FromTable(m_volume->DefaultTable(mode));
+            look.preset = c_noPreset;
         }
+        look.mode = mode;
     });
     ShowLook();
 }
 
-void VolumePanel::TakeWindow() {
-    TransferCurve curve = m_editor->GetCurve();
-    curve.SetWindow(static_cast<double>(m_level->value()) / c_steps, static_cast<double>(m_window->value()) / c_steps);
-    m_editor->SetCurve(curve);
-    m_edited = true;
-    ChangeLook([&curve](VolumePart::Look& look) { look.curve = curve; });
+// What was typed comes, too, when the controls lose the focus because there is no volume any more.
+void VolumePanel::TakeCurve(VolumePart* volume, const TransferCurve& curve) {
+    if (volume == nullptr) {
+        return;
+    }
+    ChangeLook(volume, [&curve](VolumePart::Look& look) {
+        look.curve = curve;
+        look.preset = c_noPreset;
+        look.edited = true;
+    });
+    if (volume == m_volume) {
+        ShowOrigin();
+    }
 }
 
-void VolumePanel::LoadTable() {
-    auto* const dialog = new QFileDialog(this, tr("Transfer function"));
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setFileMode(QFileDialog::ExistingFile);
-    dialog->setOption(QFileDialog::DontUseNativeDialog);
-    connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& file) {
-        try {
-            m_editor->SetCurve(TransferCurve::FromTable(ReadTransferFunction(QFile::encodeName(file).toStdString())));
-            emit m_editor->Edited();
-        } catch (const std::exception& error) {
-            auto* const box = new QMessageBox(QMessageBox::Warning, tr("Transfer function"),
-                                              QString::fromLocal8Bit(error.what()), QMessageBox::Ok, this);
-            box->setAttribute(Qt::WA_DeleteOnClose);
-            box->open();
+void VolumePanel::TakeWindow(double level, double window) {
+    TransferCurve curve = m_editor->GetCurve();
+    curve.SetWindow(level, window);
+    m_editor->SetCurve(curve);
+    TakeCurve(m_volume, curve);
+}
+
+// What it was opened for may be removed before it is answered.
+void VolumePanel::RejectWithout(const VolumePart* volume, QDialog* dialog) {
+    connect(&m_scene, &SceneModel::PartAboutToBeRemoved, dialog, [volume, dialog](const ScenePart* part) {
+        if (part == volume) {
+            dialog->reject();
         }
     });
-    dialog->open();
+}
+
+void VolumePanel::AskForTable() {
+    auto* const dialog = new FileDialog(this, tr("Transfer function"), {}, {}, FileDialog::ExistingFile);
+    connect(dialog, &FileDialog::fileSelected, this,
+            [this, volume = m_volume](const QString& file) { LoadTable(volume, file); });
+    RejectWithout(m_volume, dialog);
+    OpenDialog(dialog);
+}
+
+void VolumePanel::LoadTable(VolumePart* volume, const QString& file) {
+    try {
+        TakeCurve(volume, TransferCurve::FromTable(ReadTransferFunction(QFile::encodeName(file).toStdString())));
+        ShowLook();
+    } catch (const std::exception& error) {
+        OpenBox(this, QMessageBox::Warning, tr("Transfer function"), QString::fromLocal8Bit(error.what()));
+    }
+}
+
+void VolumePanel::AskForColor(std::size_t point) {
+    VolumePart* const volume = m_volume;
+    const VolumePart::Look before = volume->GetLook();
+    const auto show = [this, volume](const VolumePart::Look& look) {
+        ChangeLook(volume, [&look](VolumePart::Look& changed) {
+            changed.curve = look.curve;
+            changed.preset = look.preset;
+            changed.edited = look.edited;
+        });
+        if (volume == m_volume) {
+            m_editor->SetCurve(look.curve);
+            ShowOrigin();
+        }
+    };
+    auto* const dialog = OpenColorDialog(
+        this, ToQColor(before.curve.GetPoints()[point].color),
+        [before, point, show](const QColor& color) {
+            VolumePart::Look look = before;
+            look.curve.SetColor(point, FromQColor(color));
+            look.preset = c_noPreset;
+            look.edited = true;
+            show(look);
+        },
+        [before, show] { show(before); });
+    RejectWithout(volume, dialog);
 }
 
 } // namespace KOVA::Quorvex::viewer

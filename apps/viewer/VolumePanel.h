@@ -8,15 +8,17 @@
 #include "VolumePart.h"
 
 class QComboBox;
+class QDialog;
 class QDoubleSpinBox;
+class QFormLayout;
 class QLabel;
-class QSlider;
 
 namespace KOVA::Quorvex::viewer {
 
 class CutControls;
 class SceneModel;
 class TransferEditor;
+class ValueSlider;
 
 // How the selected volume is shown; every change is seen in the frames at once.
 class VolumePanel : public QWidget {
@@ -34,15 +36,20 @@ public:
 
 private:
     QWidget* MakeLook();
+    void MakePresets(QFormLayout* form);
     QWidget* MakeCuts();
     void Forget(ScenePart* part);
     void ShowVolume(VolumePart* volume);
     void ShowLook();
-    void ShowWindow();
+    void ShowOrigin();
     void TakeMode();
-    void TakeWindow();
-    void LoadTable();
-    template <class Change> void ChangeLook(Change change);
+    void TakeCurve(VolumePart* volume, const TransferCurve& curve);
+    void TakeWindow(double level, double window);
+    void AskForTable();
+    void LoadTable(VolumePart* volume, const QString& file);
+    void AskForColor(std::size_t point);
+    void RejectWithout(const VolumePart* volume, QDialog* dialog);
+    template <class Change> void ChangeLook(VolumePart* volume, Change change);
 
     SceneModel& m_scene;
     VolumePart* m_volume = nullptr;
@@ -50,12 +57,11 @@ private:
     TransferEditor* m_editor;
     QComboBox* m_preset;
     QComboBox* m_mode;
-    QSlider* m_level;
-    QSlider* m_window;
+    ValueSlider* m_level;
+    ValueSlider* m_window;
     QDoubleSpinBox* m_samples;
     std::array<CutControls*, 3> m_cuts{};
     QWidget* m_controls;
-    bool m_edited = false; // the curve is not a preset's any more
 };
 
 } // namespace KOVA::Quorvex::viewer

@@ -1,6 +1,7 @@
 #include "VolumePart.h"
 
 #include <algorithm>
+#include <cmath>
 #include <exception>
 
 #include <QLocale>
@@ -36,12 +37,20 @@ VolumePart::VolumePart(const std::string& path, ReadProgress& progress)
     attribute.SetColor(c_boxColor);
     SetMaterial(attribute);
     m_look.curve = TransferCurve::FromTable(DefaultTable(m_look.mode));
+    for (std::size_t axis = 0; axis < 3; ++axis) { // through the middle of a voxel
+        const auto voxels = static_cast<double>(CountVoxels(axis));
+        m_look.cuts[axis].slice = (std::floor(voxels / 2.0) + 0.5) / voxels;
+    }
     Apply();
 }
 
 TransferTable VolumePart::DefaultTable(VolumeAttribute::RenderMode mode) const {
     const VolumeData& data = GetData();
     return DefaultTransferFunction(m_summary, mode, std::max({data.getDimX(), data.getDimY(), data.getDimZ()}));
+}
+
+std::size_t VolumePart::CountVoxels(std::size_t axis) const {
+    return std::array{GetData().getDimX(), GetData().getDimY(), GetData().getDimZ()}[axis];
 }
 
 double VolumePart::UploadFurther() {

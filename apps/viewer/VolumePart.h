@@ -30,6 +30,8 @@ public:
         VolumeAttribute::RenderMode mode = VolumeAttribute::Shaded;
         double samples = 1.0;
         TransferCurve curve;
+        int preset = 0;      // -1 when the curve is none
+        bool edited = false; // by hand: the mode leaves it alone
         std::array<AxisCut, 3> cuts;
     };
 
@@ -46,6 +48,7 @@ public:
     std::vector<Fact> Describe() const override;
 
     const VolumeData& GetData() const { return m_volume.GetData(); }
+    std::size_t CountVoxels(std::size_t axis) const;
     const VolumeSummary& GetSummary() const { return m_summary; }
     TransferTable DefaultTable(VolumeAttribute::RenderMode mode) const;
 
