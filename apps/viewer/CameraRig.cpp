@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <numbers>
 
 namespace KOVA::Quorvex::viewer {
@@ -63,11 +64,23 @@ void CameraRig::Look(Side side) {
 void CameraRig::Fit(const Box& box, const Axes& axes) {
     Take(FitCamera(box, {Side::Iso, m_projection, c_fovDegrees, Aspect()}, axes));
     Load(axes);
+    Want(ExtentOf(box));
     m_fitted = box;
-    const Extent seen = ExtentOf(box);
-    const double needed = std::max(seen.width, seen.height * Aspect());
-    m_wanted = needed > 0.0 ? Extent{seen.width * m_halfWidth / needed, seen.height * m_halfWidth / needed}
+}
+
+// In the other direction of the picture there may be less of it one day than there is now.
+void CameraRig::Want(const Extent& extent) {
+    const double needed = std::max(extent.width, extent.height * Aspect());
+    m_wanted = needed > 0.0 ? Extent{extent.width * m_halfWidth / needed, extent.height * m_halfWidth / needed}
                             : Extent{m_halfWidth, m_halfWidth / Aspect()};
+}
+
+void CameraRig::WantWhatIsSeen() {
+    m_fitted.reset();
+    const Extent scene = ExtentOf(m_box);
+    if (scene.width <= m_halfWidth && scene.height * Aspect() <= m_halfWidth) {
+        Want(scene);
+    }
 }
 
 CameraRig::Extent CameraRig::ExtentOf(const Box& box) const {
@@ -76,10 +89,12 @@ CameraRig::Extent CameraRig::ExtentOf(const Box& box) const {
         const auto along = [&](unsigned int axis) {
             return ((corner >> axis) & 1U) != 0 ? box.high[axis] : box.low[axis];
         };
-        if (const auto pixel = PixelOf({along(0), along(1), along(2)})) {
-            extent.width = std::max(extent.width, std::abs(2.0 * pixel->x / m_width - 1.0) * m_halfWidth);
-            extent.height = std::max(extent.height, std::abs(2.0 * pixel->y / m_height - 1.0) * m_halfWidth / Aspect());
+        const auto pixel = PixelOf({along(0), along(1), along(2)});
+        if (!pixel) { // behind the eye
+            return {std::numeric_limits<double>::infinity(), std::numeric_limits<double>::infinity()};
         }
+        extent.width = std::max(extent.width, std::abs(2.0 * pixel->x / m_width - 1.0) * m_halfWidth);
+        extent.height = std::max(extent.height, std::abs(2.0 * pixel->y / m_height - 1.0) * m_halfWidth / Aspect());
     }
     return extent;
 }
@@ -97,24 +112,24 @@ void CameraRig::ShowWanted(const Axes& axes) {
 void CameraRig::SetProjection(Projection projection) {
     if (projection != m_projection) {
         m_projection = projection;
-        m_fitted.reset();
         Load(CurrentAxes());
+        WantWhatIsSeen();
     }
 }
 
 void CameraRig::Turn(int x0, int y0, int x1, int y1) {
     m_view.ApplyTrackball(x0, y0, x1, y1, m_width, m_height, m_pivot.ToFloat());
     m_view.Stabilize();
-    m_fitted.reset();
     Load(CurrentAxes());
+    WantWhatIsSeen();
 }
 
 void CameraRig::Pan(double dx, double dy) {
     const Axes axes = CurrentAxes();
     const double step = 2.0 * m_halfWidth / m_width;
     m_pivot = m_pivot - Vector3d(axes.right) * (dx * step) + Vector3d(axes.up) * (dy * step);
-    m_fitted.reset();
     Load(axes);
+    WantWhatIsSeen();
 }
 
 void CameraRig::Zoom(double factor, double x, double y) {
@@ -125,8 +140,8 @@ void CameraRig::Zoom(double factor, double x, double y) {
     m_pivot = m_pivot + (PlaceAt(x, y, axes) - m_pivot) * (1.0 - change);
     m_halfWidth = halfWidth;
     m_wanted = {m_wanted.width * change, m_wanted.height * change};
-    m_fitted.reset();
     Load(axes);
+    WantWhatIsSeen();
 }
 
 void CameraRig::Follow(const CameraRig& other) {

@@ -75,7 +75,9 @@ private:
     double Aspect() const { return static_cast<double>(m_width) / m_height; }
     void Take(const Camera& camera);
     void Fit(const Box& box, const Axes& axes);
-    Extent ExtentOf(const Box& box) const;
+    Extent ExtentOf(const Box& box) const; // infinite when some of it is behind the eye
+    void Want(const Extent& extent);
+    void WantWhatIsSeen();
     void ShowWanted(const Axes& axes);
     void Load(const Axes& axes);
     Vector3d PlaceAt(double x, double y, const Axes& axes) const; // in the plane through the pivot

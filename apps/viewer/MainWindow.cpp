@@ -204,7 +204,7 @@ void MainWindow::HandleClick(FrameWidget* frame, QPoint pixel) {
                                : tr("Distance: %1").arg(measurements.GetDistances().back().label));
         return;
     }
-    const double size = picked->part->GetBox().Radius() * unit;
+    const double size = 2.0 * picked->part->GetBox().Radius() * unit;
     m_message->setText(tr("%1 at %2").arg(picked->part->GetName(), PlaceText(place, size)));
 }
 

@@ -16,7 +16,7 @@ constexpr ColorRGB c_color{1.0F, 0.9F, 0.2F};
 constexpr ColorRGBA c_lineColor{1.0F, 0.9F, 0.2F, 1.0F};
 
 QString LabelOf(const Measurements::End& from, const Measurements::End& to, double unit) {
-    const double size = std::max(from.part->GetBox().Radius(), to.part->GetBox().Radius());
+    const double size = 2.0 * std::max(from.part->GetBox().Radius(), to.part->GetBox().Radius());
     return NumberText(Length(to.InScene() - from.InScene()) * unit, size * unit);
 }
 

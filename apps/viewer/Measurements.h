@@ -63,6 +63,8 @@ public:
     // of the screen for one of the interface.
     void Place(const Measurements& measurements, const CameraRig& rig, double pixelRatio);
 
+    OverlayData& GetOverlay() { return *m_overlay; }
+
 private:
     struct Mark {
         QString label;

@@ -155,7 +155,7 @@ std::vector<ScenePart::Fact> MeshPart::Describe() const {
     };
     const Vector3d low = place(m_summary.low);
     const Vector3d high = place(m_summary.high);
-    const auto text = [this](const Vector3d& v) { return PlaceText(v, double{m_summary.radius}); };
+    const auto text = [this](const Vector3d& v) { return PlaceText(v, 2.0 * double{m_summary.radius}); };
     return {{QStringLiteral("Triangles"), locale.toString(qulonglong{m_summary.triangles})},
             {QStringLiteral("Size"), text(high - low)},
             {QStringLiteral("From"), text(low)},
