@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <numbers>
 
 namespace KOVA::Quorvex::viewer {
@@ -49,30 +50,78 @@ void CameraRig::SetScene(const Box& box) {
 void CameraRig::SetSize(int width, int height) {
     m_width = std::max(width, 1);
     m_height = std::max(height, 1);
-    Load(CurrentAxes());
+    ShowWanted(CurrentAxes());
 }
 
 void CameraRig::Fit() {
-    const Axes axes = CurrentAxes();
-    Take(FitCamera(m_box, {Side::Iso, m_projection, c_fovDegrees, Aspect()}, axes));
-    Load(axes);
+    Fit(m_box, CurrentAxes());
 }
 
 void CameraRig::Look(Side side) {
-    const Axes axes = AxesOf(side);
-    Take(FitCamera(m_box, {side, m_projection, c_fovDegrees, Aspect()}, axes));
+    Fit(m_box, AxesOf(side));
+}
+
+void CameraRig::Fit(const Box& box, const Axes& axes) {
+    Take(FitCamera(box, {Side::Iso, m_projection, c_fovDegrees, Aspect()}, axes));
     Load(axes);
+    Want(ExtentOf(box));
+    m_fitted = box;
+}
+
+// In the other direction of the picture there may be less of it one day than there is now.
+void CameraRig::Want(const Extent& extent) {
+    const double needed = std::max(extent.width, extent.height * Aspect());
+    m_wanted = needed > 0.0 ? Extent{extent.width * m_halfWidth / needed, extent.height * m_halfWidth / needed}
+                            : Extent{m_halfWidth, m_halfWidth / Aspect()};
+}
+
+void CameraRig::WantWhatIsSeen() {
+    m_fitted.reset();
+    const Extent scene = ExtentOf(m_box);
+    if (scene.width <= m_halfWidth && scene.height * Aspect() <= m_halfWidth) {
+        Want(scene);
+    }
+}
+
+CameraRig::Extent CameraRig::ExtentOf(const Box& box) const {
+    Extent extent{0.0, 0.0};
+    for (unsigned int corner = 0; corner < 8; ++corner) {
+        const auto along = [&](unsigned int axis) {
+            return ((corner >> axis) & 1U) != 0 ? box.high[axis] : box.low[axis];
+        };
+        const auto pixel = PixelOf({along(0), along(1), along(2)});
+        if (!pixel) { // behind the eye
+            return {std::numeric_limits<double>::infinity(), std::numeric_limits<double>::infinity()};
+        }
+        extent.width = std::max(extent.width, std::abs(2.0 * pixel->x / m_width - 1.0) * m_halfWidth);
+        extent.height = std::max(extent.height, std::abs(2.0 * pixel->y / m_height - 1.0) * m_halfWidth / Aspect());
+    }
+    return extent;
+}
+
+// In perspective pictures the best distance and middle are others for every aspect ratio: they are looked for anew.
+void CameraRig::ShowWanted(const Axes& axes) {
+    if (m_fitted) {
+        Fit(Box(*m_fitted), axes);
+    } else {
+        m_halfWidth = std::max(m_wanted.width, m_wanted.height * Aspect());
+        Load(axes);
+    }
 }
 
 void CameraRig::SetProjection(Projection projection) {
-    m_projection = projection;
-    Load(CurrentAxes());
+    if (projection != m_projection) {
+        m_projection = projection;
+        Load(CurrentAxes());
+        WantWhatIsSeen();
+    }
 }
 
 void CameraRig::Turn(int x0, int y0, int x1, int y1) {
     m_view.ApplyTrackball(x0, y0, x1, y1, m_width, m_height, m_pivot.ToFloat());
     m_view.Stabilize();
     Load(CurrentAxes());
+    WantWhatIsSeen();
 }
 
 void CameraRig::Pan(double dx, double dy) {
@@ -80,22 +129,44 @@ void CameraRig::Pan(double dx, double dy) {
     const double step = 2.0 * m_halfWidth / m_width;
     m_pivot = m_pivot - Vector3d(axes.right) * (dx * step) + Vector3d(axes.up) * (dy * step);
     Load(axes);
+    WantWhatIsSeen();
 }
 
 void CameraRig::Zoom(double factor, double x, double y) {
     const Axes axes = CurrentAxes();
     const double radius = RadiusOf(m_box);
     const double halfWidth = std::clamp(m_halfWidth / factor, c_narrowest * radius, c_widest * radius);
-    m_pivot = m_pivot + (PlaceAt(x, y, axes) - m_pivot) * (1.0 - halfWidth / m_halfWidth);
+    const double change = halfWidth / m_halfWidth;
+    m_pivot = m_pivot + (PlaceAt(x, y, axes) - m_pivot) * (1.0 - change);
     m_halfWidth = halfWidth;
+    m_wanted = {m_wanted.width * change, m_wanted.height * change};
     Load(axes);
+    WantWhatIsSeen();
 }
 
 void CameraRig::Follow(const CameraRig& other) {
     m_projection = other.m_projection;
     m_pivot = other.m_pivot;
-    m_halfWidth = other.m_halfWidth;
-    Load(other.CurrentAxes());
+    m_wanted = other.m_wanted;
+    m_fitted = other.m_fitted;
+    ShowWanted(other.CurrentAxes());
+}
+
+void CameraRig::ChangeUnit(const SceneUnit& before, const SceneUnit& after) {
+    const double factor = before.unit / after.unit;
+    const Vector3d shift = (Vector3d(before.middle) - Vector3d(after.middle)) * (1.0 / after.unit);
+    const auto moved = [&](const Vector3d& point) { return point * factor + shift; };
+    const auto movedBox = [&](const Box& box) {
+        const Vector3d low = moved(Vector3d(box.low));
+        const Vector3d high = moved(Vector3d(box.high));
+        return Box{{low.x, low.y, low.z}, {high.x, high.y, high.z}};
+    };
+    m_box = movedBox(m_box);
+    m_fitted = m_fitted ? std::optional(movedBox(*m_fitted)) : std::nullopt;
+    m_pivot = moved(m_pivot);
+    m_halfWidth *= factor;
+    m_wanted = {m_wanted.width * factor, m_wanted.height * factor};
+    Load(CurrentAxes());
 }
 
 Axes CameraRig::CurrentAxes() const {
@@ -157,6 +228,15 @@ Ray CameraRig::RayAt(double x, double y) const {
     const Vector3d eye = m_pivot + back * (m_halfWidth / std::tan(c_fov / 2));
     const Vector3d way = place - eye;
     return {eye, way * (1.0 / Length(way))};
+}
+
+Beam CameraRig::BeamAt(int x, int y) const {
+    const Ray ray = RayAt(x + 0.5, y + 0.5);
+    const double radius = std::numbers::sqrt2 * m_halfWidth / m_width; // at the pivot
+    if (m_projection == Projection::Orthogonal) {
+        return {ray, radius, 0.0};
+    }
+    return {ray, 0.0, radius / Length(PlaceAt(x + 0.5, y + 0.5, CurrentAxes()) - ray.origin)};
 }
 
 std::optional<CameraRig::Pixel> CameraRig::PixelOf(const Vector3d& point) const {

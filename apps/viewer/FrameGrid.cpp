@@ -4,6 +4,7 @@
 #include <array>
 
 #include <QGridLayout>
+#include <QPainter>
 
 #include "EventBridge.h"
 #include "SceneModel.h"
@@ -13,22 +14,19 @@ namespace KOVA::Quorvex::viewer {
 namespace {
 
 constexpr std::array<Side, 4> c_firstSides{Side::Iso, Side::Front, Side::Top, Side::Right};
-constexpr int c_gap = 2; // pixels between frames
+constexpr int c_gap = 2; // pixels between frames, and around them where there are several
 
 } // namespace
 
 FrameGrid::FrameGrid(EventBridge& bridge, SceneModel& scene, QWidget* parent)
     : QWidget(parent), m_bridge(bridge), m_scene(scene), m_layout(new QGridLayout(this)),
       m_background(SuitableBackground(std::nullopt, std::nullopt)) {
-    m_layout->setContentsMargins(0, 0, 0, 0);
     m_layout->setSpacing(c_gap);
     Arrange(1);
     connect(&m_scene, &SceneModel::BoxChanged, this, &FrameGrid::TakeBox);
-    connect(&m_scene, &SceneModel::UnitChanged, this, [this] {
-        m_measurements.Clear();
-        TakeBox();
-        FitAll();
-    });
+    connect(&m_scene, &SceneModel::UnitChanged, this, &FrameGrid::ChangeUnit);
+    connect(&m_scene, &SceneModel::PartAboutToBeRemoved, this, &FrameGrid::Forget);
+    connect(&m_scene, &SceneModel::PartChanged, this, &FrameGrid::ShowOrHideMeasurements);
     connect(&m_bridge, &EventBridge::AboutToDraw, this, [this](RenderFrame* frame, bool quality) {
         if (FrameWidget* const widget = Find(frame)) {
             widget->ExpectBricks(m_scene.CountVisibleBricks());
@@ -49,6 +47,7 @@ FrameWidget* FrameGrid::Find(const RenderFrame* frame) const {
 }
 
 FrameGrid::~FrameGrid() {
+    blockSignals(true); // nobody is to ask for the current frame any more
     while (!m_frames.empty()) {
         RemoveLastFrame();
     }
@@ -68,6 +67,9 @@ void FrameGrid::Arrange(int count) {
     for (std::size_t i = 0; i < m_frames.size(); ++i) {
         m_layout->addWidget(m_frames[i].widget, static_cast<int>(i / 2), static_cast<int>(i % 2));
     }
+    const int margin = count > 1 ? c_gap : 0;
+    m_layout->setContentsMargins(margin, margin, margin, margin);
+    update();
     emit CountChanged(count);
 }
 
@@ -89,12 +91,12 @@ void FrameGrid::AddFrame() {
         rig.Look(c_firstSides[m_frames.size() % c_firstSides.size()]);
     }
     connect(widget, &FrameWidget::CameraMoved, this, &FrameGrid::Follow);
-    connect(widget, &FrameWidget::Pressed, this, &FrameGrid::MakeCurrent);
+    connect(widget, &FrameWidget::Touched, this, &FrameGrid::MakeCurrent);
     connect(widget, &FrameWidget::Clicked, this, &FrameGrid::Clicked);
     m_frames.push_back({widget, std::make_unique<MeasurementMarks>(frame)});
     m_current = m_current == nullptr ? widget : m_current;
     widget->show();
-    m_frames.back().marks->Place(m_measurements, rig);
+    PlaceMarks(m_frames.back());
 }
 
 void FrameGrid::RemoveLastFrame() {
@@ -102,7 +104,7 @@ void FrameGrid::RemoveLastFrame() {
     m_frames.pop_back();
     m_scene.RemoveFrame(widget->Frame());
     if (m_current == widget) {
-        m_current = m_frames.empty() ? nullptr : m_frames.front().widget;
+        MakeCurrent(m_frames.empty() ? nullptr : m_frames.front().widget);
     }
     delete widget;
 }
@@ -110,6 +112,7 @@ void FrameGrid::RemoveLastFrame() {
 void FrameGrid::MakeCurrent(FrameWidget* frame) {
     if (m_current != frame) {
         m_current = frame;
+        update();
         emit CurrentChanged();
     }
 }
@@ -121,7 +124,7 @@ void FrameGrid::Follow(FrameWidget* leader) {
             cell.widget->Refresh();
         }
         if (cell.widget == leader || m_linked) {
-            cell.marks->Place(m_measurements, cell.widget->Rig());
+            PlaceMarks(cell);
         }
     }
 }
@@ -137,6 +140,39 @@ void FrameGrid::TakeBox() {
         cell.widget->Rig().SetScene(box);
     }
     ShowMeasurements();
+}
+
+// What was seen stays seen. Where nothing was moved, volumes took the unit over from one another.
+void FrameGrid::ChangeUnit(const SceneUnit& before, bool moved) {
+    for (const Cell& cell : m_frames) {
+        if (moved) {
+            cell.widget->Rig().ChangeUnit(before, m_scene.GetUnit());
+        }
+    }
+    m_measurements.ChangeUnit(m_scene.GetUnit().unit);
+    TakeBox();
+}
+
+void FrameGrid::Forget(const ScenePart* part) {
+    const bool open = m_measurements.GetOpenEnd().has_value();
+    m_measurements.Forget(part);
+    ShowMeasurements();
+    if (open && !m_measurements.GetOpenEnd()) {
+        emit OpenEndLost();
+    }
+}
+
+// Nobody can tell what a second end would be measured from when the first one is hidden.
+void FrameGrid::ShowOrHideMeasurements() {
+    const auto& open = m_measurements.GetOpenEnd();
+    const bool lost = open && !open->IsSeen();
+    if (lost) {
+        m_measurements.ForgetOpenEnd();
+    }
+    ShowMeasurements();
+    if (lost) {
+        emit OpenEndLost();
+    }
 }
 
 void FrameGrid::FitAll() {
@@ -164,8 +200,19 @@ void FrameGrid::ShowAxes(bool show) {
 
 void FrameGrid::ShowMeasurements() {
     for (const Cell& cell : m_frames) {
-        cell.marks->Place(m_measurements, cell.widget->Rig());
+        PlaceMarks(cell);
         cell.widget->Refresh();
+    }
+}
+
+void FrameGrid::PlaceMarks(const Cell& cell) {
+    cell.marks->Place(m_measurements, cell.widget->Rig(), cell.widget->devicePixelRatioF());
+}
+
+void FrameGrid::paintEvent(QPaintEvent* /*event*/) {
+    if (GetCount() > 1) {
+        QPainter(this).fillRect(m_current->geometry().adjusted(-c_gap, -c_gap, c_gap, c_gap),
+                                palette().color(QPalette::Highlight));
     }
 }
 

@@ -18,7 +18,7 @@ class EventBridge;
 class SceneModel;
 
 // One, two or four frames on one scene, with cameras that follow one another or do not. One of them is the current one,
-// which the menus act on: the one that was touched last.
+// which the menus act on: the one that was touched last. Beside others it has a border.
 class FrameGrid : public QWidget {
     Q_OBJECT
 
@@ -58,6 +58,10 @@ signals:
     void Clicked(KOVA::Quorvex::viewer::FrameWidget* frame, QPoint pixel);
     void CountChanged(int count);
     void CurrentChanged();
+    void OpenEndLost(); // of the measurements: its part was hidden or removed
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
 
 private:
     struct Cell {
@@ -72,6 +76,10 @@ private:
     void Follow(FrameWidget* leader);
     void MakeCurrent(FrameWidget* frame);
     void TakeBox();
+    void ChangeUnit(const SceneUnit& before, bool moved);
+    void Forget(const ScenePart* part);
+    void ShowOrHideMeasurements();
+    void PlaceMarks(const Cell& cell);
 
     EventBridge& m_bridge;
     SceneModel& m_scene;

@@ -40,7 +40,7 @@ FrameWidget::FrameWidget(QWidget* parent) : QWidget(parent) {
     setAttribute(Qt::WA_PaintOnScreen); // by the library; Qt keeps its hands off
     setAttribute(Qt::WA_OpaquePaintEvent);
     setAttribute(Qt::WA_NoSystemBackground);
-    setFocusPolicy(Qt::StrongFocus);
+    setFocusPolicy(Qt::WheelFocus);
     setMinimumSize(80, 60);
     setCursor(Qt::ArrowCursor);
     m_frame.SetLight({0.0F, 0.0F, 1.0F}); // from the viewer, in right-handed views
@@ -116,15 +116,29 @@ void FrameWidget::resizeEvent(QResizeEvent* /*event*/) {
     Moved();
 }
 
+void FrameWidget::focusInEvent(QFocusEvent* event) {
+    emit Touched(this);
+    QWidget::focusInEvent(event);
+}
+
 QPoint FrameWidget::PixelAt(const QPointF& position) const {
     return (position * devicePixelRatioF()).toPoint();
 }
 
 void FrameWidget::mousePressEvent(QMouseEvent* event) {
-    emit Pressed(this);
+    const Qt::MouseButton button = event->button();
+    if (button != Qt::LeftButton && button != Qt::MiddleButton && button != Qt::RightButton) {
+        event->ignore();
+        return;
+    }
+    if (m_drag != Drag::None) {
+        return;
+    }
+    emit Touched(this);
+    m_button = button;
     m_start = m_last = PixelAt(event->position());
     m_dragged = false;
-    const bool turn = event->button() == Qt::LeftButton && !event->modifiers().testFlag(Qt::ShiftModifier);
+    const bool turn = button == Qt::LeftButton && !event->modifiers().testFlag(Qt::ShiftModifier);
     m_drag = turn ? Drag::Turn : Drag::Pan;
 }
 
@@ -145,13 +159,17 @@ void FrameWidget::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void FrameWidget::mouseReleaseEvent(QMouseEvent* event) {
-    if (!m_dragged && m_drag != Drag::None && event->button() == Qt::LeftButton) {
-        emit Clicked(this, PixelAt(event->position()));
+    if (m_drag == Drag::None || event->button() != m_button) {
+        return;
     }
     m_drag = Drag::None;
+    if (!m_dragged && m_button == Qt::LeftButton) {
+        emit Clicked(this, PixelAt(event->position()));
+    }
 }
 
 void FrameWidget::wheelEvent(QWheelEvent* event) {
+    emit Touched(this);
     const QPoint pixel = PixelAt(event->position());
     m_rig.Zoom(std::pow(c_wheelFactor, event->angleDelta().y() / c_wheelNotch), pixel.x(), pixel.y());
     Moved();

@@ -10,8 +10,9 @@
 namespace KOVA::Quorvex::viewer {
 
 // One picture of the scene: a child window of its own that the library draws to, and the mouse in it. The left button
-// turns, the middle or right one (or the left with Shift) moves, the wheel zooms to the cursor, a click is told. Qt
-// counts in its own pixels, this class's signals in the screen's.
+// turns, the middle or right one (or the left with Shift) moves, the wheel zooms to the cursor, a click is told. Other
+// buttons, and those that are pressed during a drag, do nothing. Qt counts in its own pixels, this class's signals in
+// the screen's.
 //
 // Deleting one belongs into EventBridge::WhenIdle.
 class FrameWidget : public QWidget {
@@ -42,12 +43,13 @@ public:
 
 signals:
     void CameraMoved(KOVA::Quorvex::viewer::FrameWidget* frame);
-    void Pressed(KOVA::Quorvex::viewer::FrameWidget* frame);
+    void Touched(KOVA::Quorvex::viewer::FrameWidget* frame); // by the mouse, or got the keys
     void Clicked(KOVA::Quorvex::viewer::FrameWidget* frame, QPoint pixel);
 
 protected:
     bool event(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
@@ -67,7 +69,8 @@ private:
     HWND m_window = nullptr;
     std::size_t m_bricks = 0;
     Drag m_drag = Drag::None;
-    bool m_dragged = false; // farther than a click may
+    Qt::MouseButton m_button = Qt::NoButton; // that began it
+    bool m_dragged = false;                  // farther than a click may
     QPoint m_start;
     QPoint m_last;
 };

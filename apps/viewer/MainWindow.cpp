@@ -20,7 +20,7 @@
 #include "Engine.h"
 #include "FrameGrid.h"
 #include "Loader.h"
-#include "MeshPart.h"
+#include "NumberText.h"
 #include "Picking.h"
 #include "SceneModel.h"
 #include "SceneTree.h"
@@ -65,10 +65,10 @@ MainWindow::MainWindow(Engine& engine)
     connect(m_frames, &FrameGrid::CurrentChanged, this, &MainWindow::UpdateCameraActions);
     connect(m_tree, &SceneTree::RemovalRequested, this, &MainWindow::RemoveSelected);
     connect(m_tree, &SceneTree::SelectionChanged, this, [this] { m_volumePanel->Show(m_tree->GetSelected()); });
-    connect(m_scene.get(), &SceneModel::BoxChanged, this, [this] {
-        UpdateTitle();
-        ChooseBackground();
-    });
+    connect(m_frames, &FrameGrid::OpenEndLost, this, [this] { m_message->setText(tr("Click the first point")); });
+    connect(m_scene.get(), &SceneModel::PartsChanged, this, &MainWindow::UpdateTitle);
+    connect(m_scene.get(), &SceneModel::PartsChanged, this, &MainWindow::ChooseBackground);
+    connect(m_scene.get(), &SceneModel::PartChanged, this, &MainWindow::ChooseBackground);
 
     resize(c_firstSize);
     restoreGeometry(m_settings.geometry);
@@ -133,6 +133,7 @@ void MainWindow::ShowProgress(const QString& name, double fraction) {
 
 void MainWindow::TakePart(std::unique_ptr<ScenePart> part) {
     m_settings.Remember(QString::fromLocal8Bit(part->GetPath()));
+    m_fitWhenLoaded = m_fitWhenLoaded || m_scene->GetParts().empty();
     ScenePart* const added = m_scene->Add(std::move(part));
     if (dynamic_cast<VolumePart*>(added) != nullptr && !Quorvex::CheckQXExtension(CAPABILITY_VOLUME)) {
         ReportFailure({}, tr("This OpenGL driver cannot draw volumes: 3D textures or shaders are missing."));
@@ -188,11 +189,7 @@ void MainWindow::RemoveSelected() {
 
 void MainWindow::CloseAll() {
     m_loader->Cancel();
-    m_engine.Bridge().WhenIdle(this, [this] {
-        m_scene->Clear();
-        m_frames->GetMeasurements().Clear();
-        m_frames->ShowMeasurements();
-    });
+    m_engine.Bridge().WhenIdle(this, [this] { m_scene->Clear(); });
 }
 
 void MainWindow::SaveScreenshot(const QString& path) {
@@ -215,32 +212,24 @@ void MainWindow::HandleClick(FrameWidget* frame, QPoint pixel) {
         return;
     }
     m_tree->Select(picked->part);
-    const SceneUnit& unit = m_scene->GetUnit();
+    const Vector3d place = picked->part->InFile(picked->point);
+    const double unit = m_scene->GetUnit().unit;
     if (m_measure->isChecked()) {
         Measurements& measurements = m_frames->GetMeasurements();
-        measurements.Take(picked->point, unit.unit);
+        measurements.Take({picked->part, place}, unit);
         m_frames->ShowMeasurements();
-        m_message->setText(measurements.GetOpenPoint()
+        m_message->setText(measurements.GetOpenEnd()
                                ? tr("Click the second point")
                                : tr("Distance: %1").arg(measurements.GetDistances().back().label));
         return;
     }
-    const Vector3d place = picked->point * unit.unit + Vector3d(unit.middle);
-    m_message->setText(tr("%1 at %2, %3, %4").arg(picked->part->GetName()).arg(place.x).arg(place.y).arg(place.z));
+    const double size = 2.0 * picked->part->GetBox().Radius() * unit;
+    m_message->setText(tr("%1 at %2").arg(picked->part->GetName(), PlaceText(place, size)));
 }
 
 void MainWindow::ChooseBackground() {
-    std::optional<MeshAttribute::RenderMode> mesh;
-    std::optional<VolumeAttribute::RenderMode> volume;
-    for (const auto& part : m_scene->GetParts()) {
-        if (auto* const own = dynamic_cast<MeshPart*>(part.get()); own != nullptr && own->Attribute().IsVisible()) {
-            mesh = mesh == MeshAttribute::RENDER_XRAY ? mesh : own->Attribute().GetRenderMode();
-        }
-        if (auto* const own = dynamic_cast<VolumePart*>(part.get()); own != nullptr && own->Attribute().IsVisible()) {
-            volume = own->GetLook().mode;
-        }
-    }
-    m_frames->SetBackground(SuitableBackground(mesh, volume));
+    const ScenePart::Modes modes = m_scene->GetModes();
+    m_frames->SetBackground(SuitableBackground(modes.mesh, modes.volume));
 }
 
 void MainWindow::UpdateTitle() {

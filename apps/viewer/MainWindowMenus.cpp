@@ -176,7 +176,7 @@ void MainWindow::MakeMeasureMenu() {
     m_measure = AddAction(menu, tr("&Distances"), Qt::Key_M, tr("Click two points of parts for their distance"));
     m_measure->setCheckable(true);
     connect(m_measure, &QAction::toggled, this, [this](bool on) {
-        m_frames->GetMeasurements().ForgetOpenPoint();
+        m_frames->GetMeasurements().ForgetOpenEnd();
         m_frames->ShowMeasurements();
         m_message->setText(on ? tr("Click the first point") : QString());
     });

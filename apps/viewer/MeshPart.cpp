@@ -12,9 +12,15 @@
 #include <shared/ModelFile.h>
 #include <shared/PartLook.h>
 
+#include "NumberText.h"
+
 namespace KOVA::Quorvex::viewer {
 
 namespace {
+
+// Of a mesh in a scene that begins with it. In X-ray pictures every surface adds a quarter of its distance to the grey
+// level: a dozen of them should be seen behind each other.
+constexpr double c_radius = 0.15;
 
 // The vertices without normals; they stay the other's.
 Mesh Unlit(MeshData& data) {
@@ -114,25 +120,46 @@ bool MeshPart::IsShownAs(const Mesh* mesh) const {
     return std::any_of(m_copies.begin(), m_copies.end(), [mesh](const auto& copy) { return copy.second == mesh; });
 }
 
-std::optional<double> MeshPart::Meet(const Ray& ray) const {
-    const double scale = m_fileRadius / m_unit.unit;
-    const Vector3d shift = (Vector3d(m_fileBox.Center()) - Vector3d(m_unit.middle)) * (1.0 / m_unit.unit);
-    const Ray own{(ray.origin - shift) * (1.0 / scale), ray.direction * (1.0 / scale)};
-    const auto mode = m_lit.GetAttribute().GetRenderMode();
-    const bool surface = mode != MeshAttribute::RENDER_WIREFRAME && mode != MeshAttribute::RENDER_POINTS;
-    const std::optional<double> met = MeetTriangles(m_lit.GetData(), own);
-    return met || surface ? met : NearestVertex(m_lit.GetData(), own);
+SceneUnit MeshPart::SuitableUnit() const {
+    SceneUnit unit = UnitOf(m_fileBox);
+    unit.unit /= c_radius;
+    return unit;
+}
+
+// X-ray pictures ask for the darkest background: one of several decides.
+void MeshPart::AddModes(Modes& modes) const {
+    modes.mesh = modes.mesh == MeshAttribute::RENDER_XRAY ? modes.mesh : m_lit.GetAttribute().GetRenderMode();
+}
+
+std::optional<double> MeshPart::Meet(const Beam& beam) const {
+    const double scale = m_unit.unit / m_fileRadius;
+    const Vector3d middle = InScene(Vector3d(m_fileBox.Center()));
+    const Ray ray{(beam.ray.origin - middle) * scale, beam.ray.direction * scale};
+    const Beam own{ray, beam.radius * scale, beam.growth * scale};
+    const MeshData& data = m_lit.GetData();
+    switch (m_lit.GetAttribute().GetRenderMode()) {
+    case MeshAttribute::RENDER_POINTS:
+        return NearestVertex(data, own);
+    case MeshAttribute::RENDER_WIREFRAME:
+        return NearestEdge(data, own);
+    default:
+        const std::optional<double> met = MeetTriangles(data, own.ray);
+        return met ? met : NearestEdge(data, own);
+    }
 }
 
 std::vector<ScenePart::Fact> MeshPart::Describe() const {
     const QLocale locale;
-    const auto triple = [](const std::array<float, 3>& v) {
-        return QStringLiteral("%1, %2, %3").arg(double{v[0]}).arg(double{v[1]}).arg(double{v[2]});
+    const auto place = [](const std::array<float, 3>& v) {
+        return Vector3d(DecimalOf(v[0]), DecimalOf(v[1]), DecimalOf(v[2]));
     };
+    const Vector3d low = place(m_summary.low);
+    const Vector3d high = place(m_summary.high);
+    const auto text = [this](const Vector3d& v) { return PlaceText(v, 2.0 * double{m_summary.radius}); };
     return {{QStringLiteral("Triangles"), locale.toString(qulonglong{m_summary.triangles})},
-            {QStringLiteral("Size"), triple(m_summary.size)},
-            {QStringLiteral("From"), triple(m_summary.low)},
-            {QStringLiteral("To"), triple(m_summary.high)},
+            {QStringLiteral("Size"), text(high - low)},
+            {QStringLiteral("From"), text(low)},
+            {QStringLiteral("To"), text(high)},
             {QStringLiteral("Without area"), locale.toString(qulonglong{m_summary.degenerateTriangles})},
             {QStringLiteral("Inverted normals"), locale.toString(qulonglong{m_summary.invertedNormals})}};
 }

@@ -2,14 +2,12 @@
 
 #include <array>
 #include <map>
-#include <optional>
 
 #include <Quorvex/core/ReadProgress.h>
 #include <Quorvex/mesh/Mesh.h>
 
 #include <shared/MeshSummary.h>
 
-#include "CameraRig.h"
 #include "ScenePart.h"
 
 namespace KOVA::Quorvex::viewer {
@@ -26,16 +24,18 @@ public:
     void RemoveFrom(RenderFrame& frame) override;
     void Apply() override;
     MeshAttribute& Attribute() override { return m_lit.GetAttribute(); }
+    bool HasColor() const override { return true; }
+    void AddModes(Modes& modes) const override;
     Box GetBox() const override;
     void Place(const SceneUnit& unit) override;
+    SceneUnit GetUnit() const override { return m_unit; }
+    SceneUnit SuitableUnit() const override;
+
+    // The surface, or its nearest edge where it is narrower than the beam; the vertex or the point of an edge where
+    // there are only these.
+    std::optional<double> Meet(const Beam& beam) const override;
+    bool IsShownAs(const Mesh* mesh) const override;
     std::vector<Fact> Describe() const override;
-
-    const Box& GetFileBox() const { return m_fileBox; }
-    bool IsShownAs(const Mesh* mesh) const; // in one of the frames
-
-    // Where the line of sight meets the surface first; where there are lines or points only, the vertex that is nearest
-    // to it. In the scene, as a multiple of the ray's direction.
-    std::optional<double> Meet(const Ray& ray) const;
 
 private:
     const Mesh& Shown() const;

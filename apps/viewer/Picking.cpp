@@ -1,7 +1,6 @@
 #include "Picking.h"
 
 #include "FrameWidget.h"
-#include "MeshPart.h"
 #include "SceneModel.h"
 #include "VolumePart.h"
 
@@ -12,10 +11,11 @@ std::optional<Picked> Pick(FrameWidget& frame, const SceneModel& scene, QPoint p
     if (pixel.x() < 0 || pixel.y() < 0 || pixel.x() >= rig.GetWidth() || pixel.y() >= rig.GetHeight()) {
         return std::nullopt;
     }
-    const Ray ray = rig.RayAt(pixel.x() + 0.5, pixel.y() + 0.5);
+    const Beam beam = rig.BeamAt(pixel.x(), pixel.y());
     ScenePart* nearest = nullptr;
     double distance = 0.0;
-    const auto take = [&](ScenePart* part, std::optional<double> met) {
+    const auto take = [&](ScenePart* part) {
+        const std::optional<double> met = part->Meet(beam);
         if (met && *met > 0.0 && (nearest == nullptr || *met < distance)) {
             nearest = part;
             distance = *met;
@@ -24,14 +24,14 @@ std::optional<Picked> Pick(FrameWidget& frame, const SceneModel& scene, QPoint p
     const Mesh* const mesh =
         frame.Frame().HitTest(static_cast<unsigned int>(pixel.x()), static_cast<unsigned int>(pixel.y()));
     if (ScenePart* const part = mesh != nullptr ? scene.Find(mesh) : nullptr) {
-        take(part, dynamic_cast<MeshPart&>(*part).Meet(ray));
+        take(part);
     }
     for (VolumePart* volume : scene.GetVolumes()) {
         if (volume->Attribute().IsVisible()) {
-            take(volume, volume->Meet(ray));
+            take(volume);
         }
     }
-    return nearest != nullptr ? std::optional(Picked{nearest, ray.At(distance)}) : std::nullopt;
+    return nearest != nullptr ? std::optional(Picked{nearest, beam.ray.At(distance)}) : std::nullopt;
 }
 
 } // namespace KOVA::Quorvex::viewer

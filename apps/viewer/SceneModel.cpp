@@ -3,16 +3,15 @@
 #include <algorithm>
 #include <utility>
 
-#include "MeshPart.h"
 #include "VolumePart.h"
 
 namespace KOVA::Quorvex::viewer {
 
 namespace {
 
-// Of the first mesh where there are no volumes. In X-ray pictures every surface adds a quarter of its distance to the
-// grey level: a dozen of them should be seen behind each other.
-constexpr double c_radius = 0.15;
+bool AreEqual(const SceneUnit& a, const SceneUnit& b) {
+    return a.unit == b.unit && a.middle == b.middle;
+}
 
 } // namespace
 
@@ -40,8 +39,8 @@ void SceneModel::RemoveFrame(RenderFrame& frame) {
 
 ScenePart* SceneModel::Add(std::unique_ptr<ScenePart> part) {
     ScenePart* const added = part.get();
-    if (dynamic_cast<MeshPart*>(added) != nullptr) {
-        added->Attribute().SetColor(PartColor(m_meshesSoFar++));
+    if (added->HasColor()) {
+        added->Attribute().SetColor(PartColor(m_colorsSoFar++));
     }
     m_parts.push_back(std::move(part));
     ChooseUnit();
@@ -50,7 +49,8 @@ ScenePart* SceneModel::Add(std::unique_ptr<ScenePart> part) {
         added->AddTo(*frame);
     }
     emit PartAdded(added);
-    emit BoxChanged();
+    emit PartsChanged();
+    TellOfBox();
     Refresh();
     return added;
 }
@@ -67,8 +67,9 @@ void SceneModel::Remove(ScenePart* part) {
     }
     m_parts.erase(found);
     ChooseUnit();
-    m_meshesSoFar = m_parts.empty() ? 0 : m_meshesSoFar;
-    emit BoxChanged();
+    m_colorsSoFar = m_parts.empty() ? 0 : m_colorsSoFar;
+    emit PartsChanged();
+    TellOfBox();
     Refresh();
 }
 
@@ -81,7 +82,7 @@ void SceneModel::Clear() {
 void SceneModel::Apply(ScenePart* part) {
     part->Apply();
     emit PartChanged(part);
-    emit BoxChanged();
+    TellOfBox();
     Refresh();
 }
 
@@ -110,10 +111,8 @@ std::size_t SceneModel::CountVisibleBricks() const {
 }
 
 ScenePart* SceneModel::Find(const Mesh* mesh) const {
-    const auto found = std::find_if(m_parts.begin(), m_parts.end(), [mesh](const auto& part) {
-        const auto* const own = dynamic_cast<const MeshPart*>(part.get());
-        return own != nullptr && own->IsShownAs(mesh);
-    });
+    const auto found =
+        std::find_if(m_parts.begin(), m_parts.end(), [mesh](const auto& part) { return part->IsShownAs(mesh); });
     return found != m_parts.end() ? found->get() : nullptr;
 }
 
@@ -129,24 +128,42 @@ Box SceneModel::GetBox() const {
     return seen.IsFinite() ? seen : all;
 }
 
+ScenePart::Modes SceneModel::GetModes() const {
+    ScenePart::Modes modes;
+    for (const auto& part : m_parts) {
+        if (part->Attribute().IsVisible()) {
+            part->AddModes(modes);
+        }
+    }
+    return modes;
+}
+
+void SceneModel::TellOfBox() {
+    const Box box = GetBox();
+    if (box.low != m_box.low || box.high != m_box.high) {
+        m_box = box;
+        emit BoxChanged();
+    }
+}
+
 // It stays while the parts that it was taken from allow it, so that the camera need not be moved.
 void SceneModel::ChooseUnit() {
-    SceneUnit unit = m_unit;
-    const std::vector<VolumePart*> volumes = GetVolumes();
-    if (!volumes.empty()) {
-        unit = UnitOf(volumes.front()->GetData());
-    } else if (!m_parts.empty()) {
-        unit = UnitOf(dynamic_cast<MeshPart&>(*m_parts.front()).GetFileBox());
-        unit.unit /= c_radius;
-    }
-    if (unit.unit == m_unit.unit && unit.middle == m_unit.middle) {
+    if (m_parts.empty()) {
         return;
     }
-    m_unit = unit;
-    for (const auto& part : m_parts) {
-        part->Place(unit);
+    const std::vector<VolumePart*> volumes = GetVolumes();
+    const ScenePart& first = volumes.empty() ? *m_parts.front() : *volumes.front();
+    const SceneUnit before = std::exchange(m_unit, first.SuitableUnit());
+    if (AreEqual(before, m_unit)) {
+        return;
     }
-    emit UnitChanged();
+    bool moved = false;
+    for (const auto& part : m_parts) {
+        const SceneUnit own = part->GetUnit();
+        part->Place(m_unit);
+        moved = moved || !AreEqual(own, part->GetUnit());
+    }
+    emit UnitChanged(before, moved);
 }
 
 } // namespace KOVA::Quorvex::viewer

@@ -41,22 +41,28 @@ public:
     std::size_t CountVisibleBricks() const;
     ScenePart* Find(const Mesh* mesh) const; // of one of the frames
     Box GetBox() const;                      // of the parts that are seen, of all when none is; empty without any
+    ScenePart::Modes GetModes() const;       // of the parts that are seen
     const SceneUnit& GetUnit() const { return m_unit; }
 
 signals:
     void PartAdded(KOVA::Quorvex::viewer::ScenePart* part);
     void PartAboutToBeRemoved(KOVA::Quorvex::viewer::ScenePart* part);
-    void PartChanged(KOVA::Quorvex::viewer::ScenePart* part);
+    void PartsChanged();                                      // one more or one less
+    void PartChanged(KOVA::Quorvex::viewer::ScenePart* part); // its look
     void BoxChanged();
-    void UnitChanged(); // positions of before are no longer what they were
+
+    // Coordinates of before are no longer what they were. moved: parts were brought along; volumes never are.
+    void UnitChanged(const KOVA::Quorvex::apps::SceneUnit& before, bool moved);
 
 private:
     void ChooseUnit();
+    void TellOfBox();
 
     std::vector<std::unique_ptr<ScenePart>> m_parts;
     std::vector<RenderFrame*> m_frames;
     SceneUnit m_unit{1.0, {0.0, 0.0, 0.0}};
-    std::size_t m_meshesSoFar = 0;
+    Box m_box = Box::Empty(); // that was told last
+    std::size_t m_colorsSoFar = 0;
 };
 
 } // namespace KOVA::Quorvex::viewer

@@ -1,14 +1,18 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
 #include <QString>
 
 #include <Quorvex/frame/RenderFrame.h>
+#include <Quorvex/mesh/MeshAttribute.h>
 #include <Quorvex/scene/RenderObjectAttribute.h>
+#include <Quorvex/volume/VolumeAttribute.h>
 
 #include <shared/Camera.h>
+#include <shared/MeetMesh.h>
 #include <shared/MeshPlacement.h>
 
 namespace KOVA::Quorvex::viewer {
@@ -35,9 +39,28 @@ public:
     virtual void Apply() = 0;
     virtual RenderObjectAttribute& Attribute() = 0;
 
-    // In the scene's coordinates, see Place.
+    virtual bool HasColor() const = 0; // one for all of it: its attribute's
+
+    // How meshes and volumes are drawn; nothing for what there is none of.
+    struct Modes {
+        std::optional<MeshAttribute::RenderMode> mesh;
+        std::optional<VolumeAttribute::RenderMode> volume;
+    };
+    virtual void AddModes(Modes& modes) const = 0;
+
+    // In the scene's coordinates, see Place. A volume has its place and stays there.
     virtual Box GetBox() const = 0;
     virtual void Place(const SceneUnit& unit) = 0;
+    virtual SceneUnit GetUnit() const = 0;      // by which it is placed
+    virtual SceneUnit SuitableUnit() const = 0; // for a scene that begins with it
+
+    Vector3d InScene(const Vector3d& pointOfFile) const;
+    Vector3d InFile(const Vector3d& pointOfScene) const;
+
+    // Where a line of sight ends at it, as a multiple of the ray's direction. A mesh has to be asked only when it is
+    // seen there.
+    virtual std::optional<double> Meet(const Beam& beam) const = 0;
+    virtual bool IsShownAs(const Mesh* mesh) const = 0; // in one of the frames
 
     // For people: rows of a name and a value.
     struct Fact {

@@ -104,8 +104,8 @@ Box VolumePart::GetBox() const {
     return {{-high[0], -high[1], -high[2]}, high};
 }
 
-std::optional<double> VolumePart::Meet(const Ray& ray) const {
-    return MeetVolume(GetData(), m_volume.GetAttribute(), ray);
+std::optional<double> VolumePart::Meet(const Beam& beam) const {
+    return MeetVolume(GetData(), m_volume.GetAttribute(), beam.ray);
 }
 
 std::vector<ScenePart::Fact> VolumePart::Describe() const {

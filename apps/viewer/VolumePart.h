@@ -43,8 +43,14 @@ public:
     void RemoveFrom(RenderFrame& frame) override;
     void Apply() override;
     VolumeAttribute& Attribute() override { return m_volume.GetAttribute(); }
+    bool HasColor() const override { return false; }
+    void AddModes(Modes& modes) const override { modes.volume = m_look.mode; }
     Box GetBox() const override;
     void Place(const SceneUnit& /*unit*/) override {}
+    SceneUnit GetUnit() const override { return UnitOf(GetData()); }
+    SceneUnit SuitableUnit() const override { return GetUnit(); }
+    std::optional<double> Meet(const Beam& beam) const override; // see MeetVolume
+    bool IsShownAs(const Mesh* /*mesh*/) const override { return false; }
     std::vector<Fact> Describe() const override;
 
     const VolumeData& GetData() const { return m_volume.GetData(); }
@@ -54,9 +60,6 @@ public:
 
     const Look& GetLook() const { return m_look; }
     void SetLook(const Look& look); // a mode that the driver lacks leaves the mode as it is
-
-    // Where a line of sight ends for the eye, as a multiple of the ray's direction: see MeetVolume.
-    std::optional<double> Meet(const Ray& ray) const;
 
 private:
     Volume m_volume;
