@@ -12,6 +12,7 @@
 #include <QLocale>
 #include <QStatusBar>
 #include <QTest>
+#include <QTreeWidget>
 
 #include <gtest/gtest.h>
 
@@ -123,7 +124,7 @@ protected:
 
     void Remove(std::size_t i) {
         host.Window().GetSceneTree().Select(&Part(i));
-        QTest::keyClick(&host.Window().GetSceneTree(), Qt::Key_Delete);
+        QTest::keyClick(host.Window().GetSceneTree().findChild<QTreeWidget*>(), Qt::Key_Delete);
         ASSERT_TRUE(host.Settle());
     }
 
