@@ -124,7 +124,9 @@ protected:
 
     void Remove(std::size_t i) {
         host.Window().GetSceneTree().Select(&Part(i));
-        QTest::keyClick(host.Window().GetSceneTree().findChild<QTreeWidget*>(), Qt::Key_Delete);
+        auto* const rows = host.Window().GetSceneTree().findChild<QTreeWidget*>();
+        rows->setFocus();
+        QTest::keyClick(rows, Qt::Key_Delete);
         ASSERT_TRUE(host.Settle());
     }
 
