@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
@@ -51,6 +52,7 @@ VolumePanel::VolumePanel(SceneModel& scene, QWidget* parent)
       m_window(new ValueSlider(tr("Window"), tr("Stretches the transfer function about its middle"), c_levelDecimals)),
       m_samples(new QDoubleSpinBox), m_controls(new QWidget) {
     auto* const inner = new QVBoxLayout(m_controls);
+    inner->setContentsMargins(0, 0, 0, 0); // the layout around it has some
     inner->addWidget(m_editor, 1);
     inner->addWidget(MakeLook());
     inner->addWidget(MakeCuts());
@@ -59,7 +61,7 @@ VolumePanel::VolumePanel(SceneModel& scene, QWidget* parent)
     scroll->setWidgetResizable(true);
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    scroll->setMinimumWidth(m_controls->minimumSizeHint().width());
+    scroll->setMinimumWidth(m_controls->minimumSizeHint().width() + scroll->verticalScrollBar()->sizeHint().width());
     auto* const layout = new QVBoxLayout(this);
     layout->addWidget(m_name);
     layout->addWidget(scroll, 1);

@@ -84,7 +84,7 @@ protected:
                 data.Slice(k)[i] = static_cast<unsigned char>(ramp ? 250 * (i % x) / x : 90);
             }
         }
-        const QString path = m_folder.filePath(QString::fromLatin1(name));
+        QString path = m_folder.filePath(QString::fromLatin1(name));
         EXPECT_TRUE(VolumeWriter::WriteREK(path.toStdString().c_str(), data));
         return path;
     }
