@@ -239,6 +239,17 @@ TEST(FramesTest, OneButtonAtATimeMovesTheCamera) {
     EXPECT_FALSE(turned(before));
     EXPECT_NEAR(place().x, pivot.x, 0.01);
     EXPECT_NEAR(place().y, pivot.y, 0.01);
+
+    // A button whose release went elsewhere does not keep the others from theirs.
+    frame.setFocus();
+    QTest::mousePress(&frame, Qt::LeftButton, {}, {100, 100});
+    frame.clearFocus();
+    QTest::mouseMove(&frame, {160, 160});
+    EXPECT_FALSE(turned(before));
+    QTest::mousePress(&frame, Qt::RightButton, {}, {100, 100});
+    QTest::mouseMove(&frame, {140, 120});
+    EXPECT_NEAR(place().x, pivot.x + 40.0, 1.0);
+    EXPECT_FALSE(turned(before));
 }
 
 } // namespace

@@ -12,6 +12,7 @@
 #include <QLocale>
 #include <QStatusBar>
 #include <QTest>
+#include <QTreeWidget>
 
 #include <gtest/gtest.h>
 
@@ -78,7 +79,7 @@ TEST(NumberTextTest, ShowsMicrometresWithoutExponents) {
 // The sides of a box, two triangles each.
 QString WriteBox(const QTemporaryDir& folder, const QString& name, const std::array<double, 3>& low,
                  const std::array<double, 3>& high) {
-    const QString path = folder.filePath(name);
+    QString path = folder.filePath(name);
     std::ofstream file(path.toStdString());
     file.precision(12);
     file << "solid box\n";
@@ -123,7 +124,9 @@ protected:
 
     void Remove(std::size_t i) {
         host.Window().GetSceneTree().Select(&Part(i));
-        QTest::keyClick(&host.Window().GetSceneTree(), Qt::Key_Delete);
+        auto* const tree = host.Window().GetSceneTree().findChild<QTreeWidget*>();
+        tree->setFocus();
+        QTest::keyClick(tree, Qt::Key_Delete);
         ASSERT_TRUE(host.Settle());
     }
 
