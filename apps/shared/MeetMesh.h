@@ -8,8 +8,8 @@ namespace KOVA::Quorvex {
 class MeshData;
 }
 
-// A line of sight and a mesh, both in the mesh's coordinates. Every triangle is looked at: ten million take a tenth of
-// a second (their edges several), and a mesh of which one point is wanted now and then needs no index.
+// A line of sight and a mesh, both in the mesh's coordinates. Every triangle is looked at: ten million take some tenths
+// of a second, their edges up to one, and a mesh of which one point is wanted now and then needs no index.
 
 namespace KOVA::Quorvex::apps {
 

@@ -121,6 +121,12 @@ void FrameWidget::focusInEvent(QFocusEvent* event) {
     QWidget::focusInEvent(event);
 }
 
+// Who takes the keys may take the mouse, too, and with it the button's release.
+void FrameWidget::focusOutEvent(QFocusEvent* event) {
+    m_drag = Drag::None;
+    QWidget::focusOutEvent(event);
+}
+
 QPoint FrameWidget::PixelAt(const QPointF& position) const {
     return (position * devicePixelRatioF()).toPoint();
 }
@@ -131,7 +137,7 @@ void FrameWidget::mousePressEvent(QMouseEvent* event) {
         event->ignore();
         return;
     }
-    if (m_drag != Drag::None) {
+    if (m_drag != Drag::None && button != m_button) {
         return;
     }
     emit Touched(this);

@@ -95,14 +95,12 @@ TEST(FramesTest, MovedCamerasShowTheSameAgainAtTheSameSize) {
             EXPECT_NEAR(Reach(other, box), reach, 1e-4);
 
             // In another unit the same points of the file are seen in the same places, also when it is fitted.
-            const SceneUnit mm{1.0, {0.0, 0.0, 0.0}};
-            const SceneUnit other_unit{40.0, {3.0, -2.0, 1.0}};
-            const auto moved = [&](const Vector3d& p) {
-                return (p - Vector3d(other_unit.middle)) * (1.0 / other_unit.unit);
-            };
+            const SceneUnit millimetres{1.0, {0.0, 0.0, 0.0}};
+            const SceneUnit inches{25.4, {3.0, -2.0, 1.0}};
+            const auto moved = [&](const Vector3d& p) { return (p - Vector3d(inches.middle)) * (1.0 / inches.unit); };
             rig.Pan(20.0, -10.0);
             CameraRig converted = rig;
-            converted.ChangeUnit(mm, other_unit);
+            converted.ChangeUnit(millimetres, inches);
             for (const Vector3d& corner : CornersOf(box)) {
                 EXPECT_NEAR(converted.PixelOf(moved(corner))->x, rig.PixelOf(corner)->x, 0.05);
                 EXPECT_NEAR(converted.PixelOf(moved(corner))->y, rig.PixelOf(corner)->y, 0.05);
@@ -239,6 +237,17 @@ TEST(FramesTest, OneButtonAtATimeMovesTheCamera) {
     EXPECT_FALSE(turned(before));
     EXPECT_NEAR(place().x, pivot.x, 0.01);
     EXPECT_NEAR(place().y, pivot.y, 0.01);
+
+    // A button whose release went elsewhere does not keep the others from theirs.
+    frame.setFocus();
+    QTest::mousePress(&frame, Qt::LeftButton, {}, {100, 100});
+    frame.clearFocus();
+    QTest::mouseMove(&frame, {160, 160});
+    EXPECT_FALSE(turned(before));
+    QTest::mousePress(&frame, Qt::RightButton, {}, {100, 100});
+    QTest::mouseMove(&frame, {140, 120});
+    EXPECT_NEAR(place().x, pivot.x + 40.0, 1.0);
+    EXPECT_FALSE(turned(before));
 }
 
 } // namespace

@@ -53,8 +53,9 @@ TEST(MeetTest, EdgesAndVerticesAreMetThroughSurfaces) {
     EXPECT_NEAR(NearestVertex(data, BeamAt(0.5, 8.0, 0.0, 1e-4)).value_or(0.0), 8.0, 1e-9); // none inside: the closest
     EXPECT_FALSE(NearestVertex(data, {{{0.0, 0.0, 3.0}, {0.0, 0.0, 1.0}}, 0.1, 0.0}));      // all behind
     EXPECT_FALSE(NearestEdge(data, {{{0.0, 0.0, 3.0}, {0.0, 0.0, 1.0}}, 0.1, 0.0}));
-    // The edge of which one end is behind the eye; and a rib that the middle of the pixel misses.
-    EXPECT_NEAR(NearestEdge(data, {{{0.0, 0.0, 0.0}, {0.0, 1.0, -1.0}}, 0.0, 1e-3}).value_or(0.0), 1.0, 2.0);
+    EXPECT_NEAR(NearestEdge(data, {{{0.0, 0.5, 0.0}, {0.0, 0.0, -1.0}}, 0.0, 1e-3}).value_or(0.0), 1.5,
+                0.01); // one end of the edge is behind
+    // A rib that the middle of the pixel misses.
     std::vector<Vector3f> rib{{-50.0F, 0.0F, 0.0F}, {50.0F, 0.0F, 4.0F}, {50.0F, 0.001F, 4.0F}};
     const MeshData thin(3, rib.data(), nullptr, static_cast<ColorRGB*>(nullptr), 4);
     EXPECT_FALSE(MeetTriangles(thin, BeamAt(0.0, 0.01, 0.02, 0.0).ray));
@@ -79,7 +80,7 @@ TEST(NumberTextTest, ShowsMicrometresWithoutExponents) {
 // The sides of a box, two triangles each.
 QString WriteBox(const QTemporaryDir& folder, const QString& name, const std::array<double, 3>& low,
                  const std::array<double, 3>& high) {
-    const QString path = folder.filePath(name);
+    QString path = folder.filePath(name);
     std::ofstream file(path.toStdString());
     file.precision(12);
     file << "solid box\n";
@@ -124,9 +125,9 @@ protected:
 
     void Remove(std::size_t i) {
         host.Window().GetSceneTree().Select(&Part(i));
-        auto* const rows = host.Window().GetSceneTree().findChild<QTreeWidget*>();
-        rows->setFocus();
-        QTest::keyClick(rows, Qt::Key_Delete);
+        auto* const tree = host.Window().GetSceneTree().findChild<QTreeWidget*>();
+        tree->setFocus();
+        QTest::keyClick(tree, Qt::Key_Delete);
         ASSERT_TRUE(host.Settle());
     }
 
