@@ -57,13 +57,21 @@ void CutControls::Show(const VolumePart::AxisCut& cut, std::size_t voxels) {
     }
     m_first->SetValue(std::round(cut.low * m_voxels));
     m_last->SetValue(std::round(cut.high * m_voxels) - 1.0);
-    m_slice->SetValue(std::floor(cut.slice * m_voxels));
+    m_slice->SetValue(
+        std::min(std::floor(cut.slice * m_voxels), cut.slice == cut.high ? m_last->GetValue() : m_voxels));
     m_showSlice->setChecked(cut.showSlice);
 }
 
 VolumePart::AxisCut CutControls::GetCut() const {
-    return {m_first->GetValue() / m_voxels, (m_last->GetValue() + 1.0) / m_voxels, m_showSlice->isChecked(),
-            (m_slice->GetValue() + 0.5) / m_voxels};
+    const double low = m_first->GetValue() / m_voxels;
+    const double high = (m_last->GetValue() + 1.0) / m_voxels;
+    double slice = (m_slice->GetValue() + 0.5) / m_voxels;
+    if (high < 1.0 && m_slice->GetValue() == m_last->GetValue()) {
+        slice = high;
+    } else if (low > 0.0 && m_slice->GetValue() == m_first->GetValue()) {
+        slice = low;
+    }
+    return {low, high, m_showSlice->isChecked(), slice};
 }
 
 } // namespace KOVA::Quorvex::viewer

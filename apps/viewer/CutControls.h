@@ -11,7 +11,8 @@ namespace KOVA::Quorvex::viewer {
 class ValueSlider;
 
 // What is cut away of a volume along one axis, and the slice across it, by the numbers of the voxels: the first and the
-// last that are kept, and the one through whose middle the slice runs.
+// last that are kept, and the one through whose middle the slice runs; that of the outermost voxels lies on the cut,
+// where nothing covers it.
 class CutControls : public QWidget {
     Q_OBJECT
 

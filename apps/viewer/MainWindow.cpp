@@ -17,6 +17,7 @@
 #include <Quorvex/core/Facade.h>
 
 #include "Background.h"
+#include "Dialogs.h"
 #include "Engine.h"
 #include "FrameGrid.h"
 #include "Loader.h"
@@ -159,12 +160,8 @@ void MainWindow::ShowBriefly(const QString& text) {
 // Failures of one loading come in one box: the first ones at once, all of them as its details.
 void MainWindow::ReportFailure(const QString& path, const QString& reason) {
     if (m_failures == nullptr) {
-        m_failures =
-            new QMessageBox(QMessageBox::Warning, tr("Not everything could be opened"), reason, QMessageBox::Ok, this);
-        m_failures->setTextFormat(Qt::PlainText);
-        m_failures->setAttribute(Qt::WA_DeleteOnClose);
+        m_failures = OpenBox(this, QMessageBox::Warning, tr("Not everything could be opened"), reason);
         connect(m_failures, &QObject::destroyed, this, [this] { m_failures = nullptr; });
-        m_failures->open();
         m_failureReasons = {reason};
     } else {
         m_failureReasons.append(reason);

@@ -135,8 +135,8 @@ void SceneTree::UpdateRow(ScenePart* part) {
     const QSignalBlocker blocker(m_tree);
     QTreeWidgetItem* const row = m_rows.at(part);
     row->setCheckState(0, part->Attribute().IsVisible() ? Qt::Checked : Qt::Unchecked);
-    row->setIcon(0, dynamic_cast<MeshPart*>(part) != nullptr ? ColorIcon(part->Attribute().GetColor())
-                                                             : QIcon::fromTheme(QStringLiteral("view-grid")));
+    row->setIcon(0, part->HasColor() ? ColorIcon(part->Attribute().GetColor())
+                                     : QIcon::fromTheme(QStringLiteral("view-grid")));
     m_tree->viewport()->update();
 }
 
@@ -220,7 +220,7 @@ void SceneTree::AskForColor() {
     };
     const auto meshes = std::make_shared<std::vector<Colored>>();
     for (ScenePart* part : GetSelected()) {
-        if (dynamic_cast<MeshPart*>(part) != nullptr) {
+        if (part->HasColor()) {
             meshes->push_back({part, part->Attribute().GetColor()});
         }
     }

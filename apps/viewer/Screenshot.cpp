@@ -34,7 +34,7 @@ QString Write(const QImage& picture, const QString& path) {
 std::optional<QImage> TakeScreenshot(FrameGrid& frames) {
     const double ratio = frames.devicePixelRatioF();
     QImage picture((QSizeF(frames.size()) * ratio).toSize(), QImage::Format_RGB32);
-    picture.fill(Qt::black);
+    picture.fill(frames.palette().color(QPalette::Window));
     QPainter painter(&picture);
     for (int i = 0; i < frames.GetCount(); ++i) {
         FrameWidget& widget = frames.GetFrame(i);

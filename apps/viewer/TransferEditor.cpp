@@ -177,7 +177,6 @@ void TransferEditor::mousePressEvent(QMouseEvent* event) {
 }
 
 // The release may have gone to a dialog that was opened meanwhile.
-
 void TransferEditor::mouseMoveEvent(QMouseEvent* event) {
     m_dragging = m_dragging && event->buttons().testFlag(Qt::LeftButton);
     if (!m_dragging) {

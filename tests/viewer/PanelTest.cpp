@@ -24,6 +24,7 @@
 
 #include <Quorvex/volume/VolumeWriter.h>
 
+#include <viewer/CutControls.h>
 #include <viewer/Dialogs.h>
 #include <viewer/QtColor.h>
 #include <viewer/SceneTree.h>
@@ -336,6 +337,14 @@ TEST_F(PanelTest, CutsAndLevelsAreTypedAndStepVoxelByVoxel) {
     EXPECT_EQ(cut(0).slice, 350.5 / 700.0);
     QTest::keyClick(Named<QSlider>(Panel(), QStringLiteral("x slice")), Qt::Key_Right);
     EXPECT_EQ(cut(0).slice, 351.5 / 700.0);
+    Type(QStringLiteral("x to"), "351"); // now the outermost: on the cut
+    EXPECT_EQ(cut(0).slice, 352.0 / 700.0);
+    for (const VolumePart::AxisCut& shown : {cut(0), VolumePart::AxisCut{7.0 / 700.0, 1.0, true, 7.0 / 700.0}}) {
+        CutControls controls(QStringLiteral("x"), nullptr);
+        controls.Show(shown, 700);
+        EXPECT_EQ(controls.GetCut().slice, shown.slice);
+    }
+
     // One voxel thick.
     Type(QStringLiteral("z from"), "5");
     EXPECT_TRUE(cut(2).low == 0.0 && cut(2).high == 1.0 && cut(2).slice == 0.5);
