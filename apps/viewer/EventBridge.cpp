@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <list>
 #include <utility>
 
 #include <QAbstractEventDispatcher>
@@ -22,8 +23,8 @@ RenderFrame* FrameOfPass() {
     return busy != frames.end() ? *busy : nullptr;
 }
 
-bool Waits(const std::list<RenderFrame*>& jobs, RenderFrame* frame) {
-    return std::find(jobs.begin(), jobs.end(), frame) != jobs.end();
+bool IsIn(const std::list<RenderFrame*>& frames, RenderFrame* frame) {
+    return std::find(frames.begin(), frames.end(), frame) != frames.end();
 }
 
 } // namespace
@@ -42,26 +43,32 @@ bool EventBridge::DeliverOneEvent(void* self) {
            QAbstractEventDispatcher::instance()->processEvents(QEventLoop::AllEvents);
 }
 
-// The notifier is off meanwhile: inside a pass the library serves itself.
+// The notifier is off meanwhile: inside a pass the library serves itself. Quality passes wait for tasks, windows that
+// want to be painted do not.
 void EventBridge::Serve() {
-    RenderFrame* const next = Quorvex::s_jobFast.empty() ? nullptr : Quorvex::s_jobFast.front();
-    if (next == nullptr && (!m_tasks.empty() || !m_attempts.empty())) {
-        RunTasks(); // before a quality pass begins; the library waits meanwhile
-        return;
-    }
     m_serving = true;
     m_notifier.setEnabled(false);
+    RenderFrame* const next = Quorvex::s_jobFast.empty() ? nullptr : Quorvex::s_jobFast.front();
+    std::list<RenderFrame*> held;
+    if (!m_tasks.empty() || !m_attempts.empty()) {
+        held.swap(Quorvex::s_jobQuality);
+    }
     if (next != nullptr) {
         emit AboutToDraw(next, false);
     } else if (!Quorvex::s_jobQuality.empty()) {
         emit AboutToDraw(Quorvex::s_jobQuality.front(), true);
     }
-    if (!Protect([] { ProcessEvents(); }) && !Quorvex::s_jobQuality.empty()) {
+    if (!Protect([] { ProcessEvents(); }) && next == nullptr && !Quorvex::s_jobQuality.empty()) {
         Quorvex::s_jobQuality.pop_front(); // it would throw again
+    }
+    for (RenderFrame* frame : held) {
+        if (IsIn(Quorvex::s_vRenderFrames, frame) && !IsIn(Quorvex::s_jobQuality, frame)) {
+            Quorvex::s_jobQuality.push_back(frame);
+        }
     }
     m_notifier.setEnabled(true);
     m_serving = false;
-    if (next != nullptr && !Waits(Quorvex::s_jobFast, next) && Waits(Quorvex::s_jobQuality, next)) {
+    if (next != nullptr && !IsIn(Quorvex::s_jobFast, next) && IsIn(Quorvex::s_jobQuality, next)) {
         emit FastPassDrawn(next);
     }
     RunTasks();
