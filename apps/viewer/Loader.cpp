@@ -119,9 +119,9 @@ void Loader::UploadFurther() {
                 ReportProgress();
                 return;
             }
+            m_sink(std::move(job.part));
         }
     } catch (const std::bad_alloc&) {
-        job.part.reset();
         job.failure = job.path + " does not fit into the graphics card's memory";
     }
     EndFirst();
@@ -131,12 +131,8 @@ void Loader::UploadFurther() {
 void Loader::EndFirst() {
     const std::shared_ptr<Job> job = std::move(m_undelivered.front());
     m_undelivered.pop_front();
-    if (!job->progress.IsCancelled()) {
-        if (job->part) {
-            m_sink(std::move(job->part));
-        } else {
-            emit Failed(QFile::decodeName(job->path.c_str()), QString::fromLocal8Bit(job->failure));
-        }
+    if (!job->progress.IsCancelled() && !job->failure.empty()) {
+        emit Failed(QFile::decodeName(job->path.c_str()), QString::fromLocal8Bit(job->failure));
     }
     if (!IsBusy()) {
         m_timer.stop();

@@ -121,7 +121,6 @@ void MainWindow::Open(const QStringList& files) {
     if (files.isEmpty()) {
         return;
     }
-    m_fitWhenLoaded = m_fitWhenLoaded || m_scene->GetParts().empty();
     m_loader->Load(files);
 }
 

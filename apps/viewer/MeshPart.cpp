@@ -96,23 +96,18 @@ void MeshPart::Apply() {
 }
 
 Box MeshPart::GetBox() const {
-    Box box = m_fileBox;
-    for (std::size_t i = 0; i < 3; ++i) {
-        box.low[i] = (box.low[i] - m_unit.middle[i]) / m_unit.unit;
-        box.high[i] = (box.high[i] - m_unit.middle[i]) / m_unit.unit;
-    }
-    return box;
+    const Vector3d low = InScene(Vector3d(m_fileBox.low));
+    const Vector3d high = InScene(Vector3d(m_fileBox.high));
+    return {{low.x, low.y, low.z}, {high.x, high.y, high.z}};
 }
 
 void MeshPart::Place(const SceneUnit& unit) {
     m_unit = unit;
     const auto scale = static_cast<float>(m_fileRadius / unit.unit);
-    const std::array<double, 3> center = m_fileBox.Center();
-    const Vector3d shift = (Vector3d(center) - Vector3d(unit.middle)) * (1.0 / unit.unit);
     Matrix44d& transform = m_lit.GetAttribute().GetTransformRef();
     transform.SetIdentity();
     transform.Scale({scale, scale, scale});
-    transform.Translate(shift.ToFloat());
+    transform.Translate(InScene(Vector3d(m_fileBox.Center())).ToFloat());
     Apply();
 }
 

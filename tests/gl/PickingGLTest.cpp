@@ -164,17 +164,22 @@ TEST_F(PickingGLTest, LeavesPictureAndStateAlone) {
     EXPECT_EQ(f.Shown().pixels, before.pixels);
 }
 
+// Its quality passes let input through.
+Volume SolidVolume() {
+    auto* const data = new VolumeData(64, 64, 64);
+    std::fill_n(data->getDataPtr(), 64 * 64 * 64, static_cast<unsigned char>(200));
+    data->Update(STORAGE_VBO);
+    return Volume(*data);
+}
+
 // A click while the good picture of another frame is being drawn.
 TEST_F(PickingGLTest, InterruptsAQualityPass) {
     if (!Has(CAPABILITY_VOLUME)) {
         GTEST_SKIP();
     }
-    auto* const data = new VolumeData(64, 64, 64);
-    std::fill_n(data->getDataPtr(), 64 * 64 * 64, static_cast<unsigned char>(200));
-    data->Update(STORAGE_VBO);
     FrameFixture f(64, 64);
     FrameFixture other(32, 20);
-    f.frame.Add(Volume(*data));
+    f.frame.Add(SolidVolume());
     Mesh* const mesh = other.frame.Add(MakeRectangle(-1, -1, 1, 1, 0, {1, 0, 0}));
     f.Draw(false);
     Mesh* hit = nullptr;
@@ -198,12 +203,9 @@ TEST_F(PickingGLTest, LeavesACaptureAlone) {
     if (!Has(CAPABILITY_VOLUME) || !Has(CAPABILITY_FRAME_BUFFER)) {
         GTEST_SKIP();
     }
-    auto* const data = new VolumeData(64, 64, 64);
-    std::fill_n(data->getDataPtr(), 64 * 64 * 64, static_cast<unsigned char>(200));
-    data->Update(STORAGE_VBO);
     FrameFixture f(64, 64);
     FrameFixture other(32, 20);
-    f.frame.Add(Volume(*data))->GetAttribute().SetUserClipPlane(0, Vector4d(1.0, 0.0, 0.0, 0.0));
+    f.frame.Add(SolidVolume())->GetAttribute().SetUserClipPlane(0, Vector4d(1.0, 0.0, 0.0, 0.0));
     Mesh* const mesh = other.frame.Add(MakeRectangle(-1, -1, -0.5F, 1, 0, {1, 0, 0})); // in the half that is cut away
     ASSERT_EQ(other.frame.HitTest(10, 10), mesh);
     std::vector<unsigned char> undisturbed;
