@@ -28,12 +28,7 @@ Host& HostOf(GLFWwindow* window) {
     return *static_cast<Host*>(glfwGetWindowUserPointer(window));
 }
 
-// A mouse that never moved before is at a place, too.
-void PressButton(GLFWwindow* window, int /*button*/, int /*action*/, int /*modifiers*/) {
-    Host& host = HostOf(window);
-    glfwGetCursorPos(window, &host.mouseX, &host.mouseY);
-}
-
+// Places come with their events: glfwGetCursorPos tells where the mouse is by now, ahead of what a busy program hears.
 void MoveMouse(GLFWwindow* window, double x, double y) {
     Host& host = HostOf(window);
     if (glfwGetMouseButton(window, GLFW_MOUSE_BUTTON_LEFT) == GLFW_PRESS) {
@@ -94,8 +89,8 @@ bool Run(GLFWwindow* window, const char* path) {
         Host host;
         host.frame.Init(handle, &host.view);
         glfwSetWindowUserPointer(window, &host);
+        glfwGetCursorPos(window, &host.mouseX, &host.mouseY); // a mouse that has not moved yet is at a place, too
         glfwSetCursorPosCallback(window, MoveMouse);
-        glfwSetMouseButtonCallback(window, PressButton);
         glfwSetScrollCallback(window, Zoom);
         glfwSetKeyCallback(window, PressKey);
         glfwSetFramebufferSizeCallback(window, Resize);

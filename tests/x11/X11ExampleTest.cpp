@@ -64,6 +64,10 @@ public:
         return WIFEXITED(status) ? WEXITSTATUS(status) : 1000 + WTERMSIG(status);
     }
 
+    // A program that is busy for as long as it is held: what the user does meanwhile comes to it all at once.
+    void Hold() const { kill(m_process, SIGSTOP); }
+    void LetGo() const { kill(m_process, SIGCONT); }
+
     std::vector<Window> WaitForWindows(std::size_t count) {
         return WaitFor([&] { return ShownWindows(); }, [&](const auto& windows) { return windows.size() == count; });
     }
@@ -182,6 +186,13 @@ TEST_P(ToolkitExample, MouseTurnsAndZoomsThePart) {
     Drag(320, 260, 200, 200);
     const auto isFirst = [&](const Picture& now) { return now.CountDifferent(first) < size / 100; };
     EXPECT_TRUE(isFirst(example.SettledWhen(isFirst, windows[0])));
+
+    // Where the mouse is by the time that the program hears of a step does not matter.
+    example.Hold();
+    Drag(200, 200, 320, 260);
+    example.LetGo();
+    const auto isTurned = [&](const Picture& now) { return now.CountDifferent(turned) < size / 100; };
+    EXPECT_TRUE(isTurned(example.SettledWhen(isTurned, windows[0])));
 
     TurnWheel(Button4, 3);
     const Picture closer =
