@@ -19,9 +19,6 @@ namespace {
 using namespace KOVA::Quorvex;
 using Library = KOVA::Quorvex::Quorvex;
 
-constexpr unsigned int WIDTH = Stage::WIDTH;
-constexpr unsigned int HEIGHT = Stage::HEIGHT;
-
 enum Subject : std::int64_t { PART, MANY_TRIANGLES, SCAN };
 
 // A rounded part of 10,000 triangles, the same of 160,000, and a volume.
@@ -56,18 +53,18 @@ void RecordTurn(benchmark::State& state) {
     stage.frame.AVISetCodec('M' | 'J' << 8 | 'P' << 16 | 'G' << 24);
     std::vector<double> recorded;
     std::vector<double> drawn;
-    stage.frame.Render(true, WIDTH, HEIGHT);
+    stage.frame.Render(true, Stage::WIDTH, Stage::HEIGHT);
     for ([[maybe_unused]] auto _ : state) {
         drawn.push_back(Milliseconds([&] {
                             for (unsigned int i = 0; i < pictures; ++i) {
                                 stage.view.RotateWorld(step);
-                                stage.frame.Render(true, WIDTH, HEIGHT);
+                                stage.frame.Render(true, Stage::WIDTH, Stage::HEIGHT);
                                 glFinish();
                             }
                         }) /
                         pictures);
         recorded.push_back(Milliseconds([&] {
-                               if (!stage.frame.AVIRotate(path, WIDTH, HEIGHT, {0, 1, 0}, pictures)) {
+                               if (!stage.frame.AVIRotate(path, Stage::WIDTH, Stage::HEIGHT, {0, 1, 0}, pictures)) {
                                    state.SkipWithError("cannot record Motion JPEG");
                                }
                            }) /

@@ -31,16 +31,16 @@ constexpr std::size_t asciiTriangles = 300000;
 constexpr std::size_t recordBytes = 50;
 constexpr std::size_t prefixBytes = 84;
 
-class Files {
+class StlFiles {
 public:
-    Files() : m_directory(fs::temp_directory_path() / ("quorvex-bench-" + std::to_string(getpid()))) {
+    StlFiles() : m_directory(fs::temp_directory_path() / ("quorvex-bench-" + std::to_string(getpid()))) {
         fs::create_directories(m_directory);
         WriteBinary();
         WriteAscii();
     }
-    ~Files() { fs::remove_all(m_directory); }
-    Files(const Files&) = delete;
-    Files& operator=(const Files&) = delete;
+    ~StlFiles() { fs::remove_all(m_directory); }
+    StlFiles(const StlFiles&) = delete;
+    StlFiles& operator=(const StlFiles&) = delete;
 
     std::string Binary() const { return (m_directory / "binary.stl").string(); }
     std::string Ascii() const { return (m_directory / "ascii.stl").string(); }
@@ -93,8 +93,8 @@ private:
     std::uniform_real_distribution<float> m_distribution{-100.0F, 100.0F};
 };
 
-const Files& TestFiles() {
-    static const Files s_files;
+const StlFiles& StlTestFiles() {
+    static const StlFiles s_files;
     return s_files;
 }
 
@@ -143,38 +143,38 @@ void Read(Mesh (*read)(const char*), const std::string& path) {
 }
 
 void BinaryAgainstBytesAlone(benchmark::State& state) {
-    const std::string path = TestFiles().Binary();
+    const std::string path = StlTestFiles().Binary();
     Compare(
         state, [&] { Read(MeshReader::ReadSTL, path); }, [&] { ReadBytesAlone(path); });
 }
 
 void BinaryAgainstPlainDecode(benchmark::State& state) {
-    const std::string path = TestFiles().Binary();
+    const std::string path = StlTestFiles().Binary();
     Compare(
         state, [&] { Read(MeshReader::ReadSTL, path); }, [&] { ReadAndDecodePlainly(path); });
 }
 
 void TolerantBinaryAgainstPlainDecode(benchmark::State& state) {
-    const std::string path = TestFiles().Binary();
+    const std::string path = StlTestFiles().Binary();
     Compare(
         state, [&] { Read(MeshReader::ReadSTLTolerant, path); }, [&] { ReadAndDecodePlainly(path); });
 }
 
 void AsciiAgainstBytesAlone(benchmark::State& state) {
-    const std::string path = TestFiles().Ascii();
+    const std::string path = StlTestFiles().Ascii();
     Compare(
         state, [&] { Read(MeshReader::ReadSTL, path); }, [&] { ReadBytesAlone(path); });
 }
 
 void TolerantAsciiAgainstStrict(benchmark::State& state) {
-    const std::string path = TestFiles().Ascii();
+    const std::string path = StlTestFiles().Ascii();
     Compare(
         state, [&] { Read(MeshReader::ReadSTLTolerant, path); }, [&] { Read(MeshReader::ReadSTL, path); });
 }
 
 // What files cost that have to be read from front to back.
 void SequentialAsciiAgainstStrict(benchmark::State& state) {
-    const std::string path = TestFiles().Ascii();
+    const std::string path = StlTestFiles().Ascii();
     const auto sequential = [&] {
         platform::InputFile file;
         file.Open(path.c_str());
@@ -184,9 +184,9 @@ void SequentialAsciiAgainstStrict(benchmark::State& state) {
 }
 
 void WriteAgainstOneWrite(benchmark::State& state) {
-    const Mesh mesh = MeshReader::ReadSTL(TestFiles().Binary().c_str());
-    const std::vector<char> bytes = Bytes(TestFiles().Binary());
-    const std::string output = TestFiles().Output();
+    const Mesh mesh = MeshReader::ReadSTL(StlTestFiles().Binary().c_str());
+    const std::vector<char> bytes = Bytes(StlTestFiles().Binary());
+    const std::string output = StlTestFiles().Output();
     // Both make a new file: giving back the pages of an old one is not part of either.
     const auto oneWrite = [&] {
         std::FILE* const file = std::fopen(output.c_str(), "wb");
@@ -209,11 +209,11 @@ void PeakMemoryAgainstArrays(benchmark::State& state, const std::string& path, s
 }
 
 void BinaryPeakMemory(benchmark::State& state) {
-    PeakMemoryAgainstArrays(state, TestFiles().Binary(), binaryTriangles);
+    PeakMemoryAgainstArrays(state, StlTestFiles().Binary(), binaryTriangles);
 }
 
 void AsciiPeakMemory(benchmark::State& state) {
-    PeakMemoryAgainstArrays(state, TestFiles().Ascii(), asciiTriangles);
+    PeakMemoryAgainstArrays(state, StlTestFiles().Ascii(), asciiTriangles);
 }
 
 BENCHMARK(BinaryPeakMemory)->Iterations(1);

@@ -43,17 +43,17 @@ RekHeader Header(std::int16_t bits) {
 }
 
 // One file for each kind of samples.
-class Files {
+class VolumeFiles {
 public:
-    Files() : m_directory(fs::temp_directory_path() / "quorvex-volume-bench") {
+    VolumeFiles() : m_directory(fs::temp_directory_path() / "quorvex-volume-bench") {
         fs::create_directories(m_directory);
         for (const std::int16_t bits : {REK_UINT8, REK_UINT16, REK_FLOAT}) {
             Write(bits);
         }
     }
-    ~Files() { fs::remove_all(m_directory); }
-    Files(const Files&) = delete;
-    Files& operator=(const Files&) = delete;
+    ~VolumeFiles() { fs::remove_all(m_directory); }
+    VolumeFiles(const VolumeFiles&) = delete;
+    VolumeFiles& operator=(const VolumeFiles&) = delete;
 
     std::string Path(std::int16_t bits) const { return (m_directory / (std::to_string(bits) + ".rek")).string(); }
 
@@ -77,8 +77,8 @@ private:
     fs::path m_directory;
 };
 
-const Files& TestFiles() {
-    static const Files s_files;
+const VolumeFiles& VolumeTestFiles() {
+    static const VolumeFiles s_files;
     return s_files;
 }
 
@@ -94,7 +94,7 @@ void ReadBytes(const std::string& path, bool largePages) {
 }
 
 void ReadAgainstBytes(benchmark::State& state, std::int16_t bits, bool largePages) {
-    const std::string path = TestFiles().Path(bits);
+    const std::string path = VolumeTestFiles().Path(bits);
     const auto read = [&path] {
         const Volume volume = VolumeReader::ReadREK(path.c_str());
         benchmark::DoNotOptimize(volume.GetData().getDataPtr());
@@ -103,7 +103,7 @@ void ReadAgainstBytes(benchmark::State& state, std::int16_t bits, bool largePage
 }
 
 void PeakMemoryAgainstVoxels(benchmark::State& state, std::int16_t bits) {
-    const std::string path = TestFiles().Path(bits);
+    const std::string path = VolumeTestFiles().Path(bits);
     double peak = 0.0;
     for ([[maybe_unused]] auto iteration : state) {
         peak = PeakMemory(path);

@@ -16,15 +16,14 @@ namespace KOVA::Quorvex {
 
 namespace {
 
-constexpr float MAX_INTERNAL_SIZE = 4096.0F;
-
 // Lowers the anti-aliasing factor for the time of a capture so that neither side of the picture meets the limit of the
 // internal size: if only one did, the proportions would be lost when the picture is brought to its size.
 class FittedAntiAliasing {
 public:
     FittedAntiAliasing(float& antiAliasing, unsigned int width, unsigned int height)
         : m_antiAliasing(antiAliasing), m_original(antiAliasing) {
-        antiAliasing = std::min(antiAliasing, MAX_INTERNAL_SIZE / static_cast<float>(std::max(width, height)));
+        antiAliasing =
+            std::min(antiAliasing, static_cast<float>(MAX_PASS_SIZE) / static_cast<float>(std::max(width, height)));
     }
     FittedAntiAliasing(const FittedAntiAliasing&) = delete;
     FittedAntiAliasing& operator=(const FittedAntiAliasing&) = delete;

@@ -19,11 +19,9 @@ namespace KOVA::Quorvex {
 
 namespace {
 
-constexpr double MAX_INTERNAL_SIZE = 4096.0;
-
 unsigned int InternalExtent(unsigned int extent, double factor) {
     const double scaled = extent * factor;
-    return scaled >= 1.0 ? static_cast<unsigned int>(std::min(scaled, MAX_INTERNAL_SIZE)) : 1;
+    return scaled >= 1.0 ? static_cast<unsigned int>(std::min<double>(scaled, MAX_PASS_SIZE)) : 1;
 }
 
 // 1 / distance of the camera from the world's origin, 1 for a camera that is nearer than 1.
@@ -86,7 +84,7 @@ RenderFrame::Size RenderFrame::ComposedSize(StereoMode mode, Size picture) const
     if (mode == STEREO_NONE || mode == STEREO_ANAGLYPH) {
         return InternalSize(picture);
     }
-    const double factor = std::min(1.0, MAX_INTERNAL_SIZE / std::max(picture.width, picture.height));
+    const double factor = std::min(1.0, double{MAX_PASS_SIZE} / std::max(picture.width, picture.height));
     return {InternalExtent(picture.width, factor), InternalExtent(picture.height, factor)};
 }
 

@@ -33,6 +33,10 @@ enum StereoMode : std::uint32_t {
     STEREO_COLUMNS_SWAPPED = 5, // the other way round
 };
 
+// What is drawn has at most so many pixels each way, and each way by itself: where anti-aliasing asks for more on the
+// longer side only, the picture loses its proportions.
+inline constexpr unsigned int MAX_PASS_SIZE = 4096;
+
 // One picture in one window: binds the window's device context, a camera (View, the host's) and the scene that the
 // frame itself is (see ObjectTypes). It subclasses the window, so that exposing and resizing show the last picture
 // again, and is drawn by the scheduler of Quorvex: after Render() first in a fast pass, then in a quality pass that any
@@ -73,9 +77,9 @@ public:
     bool Render(bool quality, unsigned int width, unsigned int height);
 
     // Draws a pass of a picture of this size into the current context; the caller swaps. With frame-buffer objects the
-    // picture is drawn at size x anti-aliasing (4096 at most each way) and then shown in the window. False when it was
-    // interrupted, or asked for from inside a pass of this frame. A frame without a view draws nothing and returns
-    // true.
+    // picture is drawn at size x anti-aliasing (MAX_PASS_SIZE at most each way) and then shown in the window. False
+    // when it was interrupted, or asked for from inside a pass of this frame. A frame without a view draws nothing and
+    // returns true.
     bool DrawGL(unsigned int width, unsigned int height, bool quality);
 
     // Shows the last picture, scaled into the window; draws a fast pass when there are no frame-buffer objects.

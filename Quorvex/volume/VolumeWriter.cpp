@@ -16,7 +16,8 @@ namespace KOVA::Quorvex {
 
 namespace {
 
-constexpr std::size_t pieceBytes = std::size_t{1} << 20;
+// What of a raw file is read at once.
+constexpr std::size_t copiedBytes = std::size_t{1} << 20;
 
 bool WriteHeader(OutputFile& file, const RekHeader& header) {
     unsigned char bytes[rek::headerBytes];
@@ -32,7 +33,7 @@ std::string Quoted(const char* path) {
 class RawFile {
 public:
     RawFile(const char* path, const RekHeader& header)
-        : m_name(Quoted(path)), m_bytes(header.BodyBytes()), m_buffer(new unsigned char[pieceBytes]) {
+        : m_name(Quoted(path)), m_bytes(header.BodyBytes()), m_buffer(new unsigned char[copiedBytes]) {
         if (m_bytes <= 0) {
             throw std::runtime_error("there is no volume of that size and kind");
         }
@@ -53,7 +54,7 @@ public:
     // Hands the bytes from first to end over in pieces, each of them a whole number of samples when first is one.
     template <class Take> void Read(std::int64_t first, std::int64_t end, Take take) const {
         while (first < end) {
-            const auto count = static_cast<std::size_t>(std::min(end - first, static_cast<std::int64_t>(pieceBytes)));
+            const auto count = static_cast<std::size_t>(std::min(end - first, static_cast<std::int64_t>(copiedBytes)));
             if (m_file.ReadAt(first, m_buffer.get(), count) < count) {
                 throw std::runtime_error("cannot read " + m_name);
             }

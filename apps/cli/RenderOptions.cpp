@@ -95,7 +95,6 @@ std::string Lower(std::string_view text) {
 }
 
 void CheckStereo(const RenderOptions& options) {
-    constexpr unsigned int largestDrawn = 4096;
     if (options.stereo == STEREO_NONE) {
         return;
     }
@@ -105,9 +104,9 @@ void CheckStereo(const RenderOptions& options) {
     if (options.meshMode == MeshAttribute::RENDER_XRAY) {
         throw std::invalid_argument("--stereo: X-ray pictures are for one eye only");
     }
-    if (options.stereo != STEREO_ANAGLYPH && std::max(options.size.width, options.size.height) > largestDrawn) {
+    if (options.stereo != STEREO_ANAGLYPH && std::max(options.size.width, options.size.height) > MAX_PASS_SIZE) {
         throw std::invalid_argument(
-            fmt::format("--stereo: interleaved pictures have at most {} pixels each way", largestDrawn));
+            fmt::format("--stereo: interleaved pictures have at most {} pixels each way", MAX_PASS_SIZE));
     }
 }
 

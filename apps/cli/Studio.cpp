@@ -21,9 +21,6 @@ namespace KOVA::Quorvex::cli {
 
 namespace {
 
-// The library draws at most this many pixels each way and resamples.
-constexpr double c_maxDrawnSize = 4096.0;
-
 // On each side of the box, so that it does not hide the numbers of the grid.
 constexpr double c_roomForNumbers = 0.05;
 
@@ -285,7 +282,7 @@ void Studio::SetAntiAliasing(PictureSize size, double factor) {
     // Limited for both directions alike: if only the longer one were cut off, the proportions would change.
     const double longer = std::max(size.width, size.height);
     const double shorter = std::min(size.width, size.height);
-    const double limit = c_maxDrawnSize / longer;
+    const double limit = MAX_PASS_SIZE / longer;
     // A little more than one pixel for a pixel only blurs.
     const double worthwhile = limit > 1.0 && limit < 1.25 ? 1.0 : limit;
     m_frame.SetAntiAliasing(static_cast<float>(std::max(std::min(factor, worthwhile), 1.0 / shorter)));

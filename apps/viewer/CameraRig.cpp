@@ -13,7 +13,7 @@ constexpr double c_fovDegrees = 30.0; // across the width
 constexpr double c_fov = c_fovDegrees * std::numbers::pi / 180.0;
 
 // How far the planes keep off the scene, in its radii: bounding boxes stand out a little.
-constexpr double c_gap = 0.1;
+constexpr double c_spare = 0.1;
 
 // The nearest near plane for a camera inside the scene, in shares of the far plane's distance: the depth buffer has 24
 // bits.
@@ -188,10 +188,11 @@ void CameraRig::Load(const Axes& axes) {
     const double toCenter = Dot(m_pivot - center, back); // of the pivot, towards the eye
     const bool perspective = m_projection == Projection::Perspective;
     const double distance =
-        perspective ? m_halfWidth / std::tan(c_fov / 2) : std::max(radius * (1.0 + 2.0 * c_gap) - toCenter, radius);
+        perspective ? m_halfWidth / std::tan(c_fov / 2) : std::max(radius * (1.0 + 2.0 * c_spare) - toCenter, radius);
     const double depth = distance + toCenter; // of the scene's middle
-    m_farPlane = std::max(depth + radius * (1.0 + c_gap), radius * c_gap);
-    m_nearPlane = std::max(depth - radius * (1.0 + c_gap), perspective ? m_farPlane * c_nearest : radius * c_gap / 2);
+    m_farPlane = std::max(depth + radius * (1.0 + c_spare), radius * c_spare);
+    m_nearPlane =
+        std::max(depth - radius * (1.0 + c_spare), perspective ? m_farPlane * c_nearest : radius * c_spare / 2);
 
     const Vector3d eye = m_pivot + back * distance;
     LoadProjection({m_projection, eye.ToFloat(), m_pivot.ToFloat(), Vector3d(axes.up).ToFloat(), c_fov, m_halfWidth,

@@ -1,27 +1,12 @@
 #include "Engine.h"
 
-#include <QGuiApplication>
-
 #include <Quorvex/core/Facade.h>
 #include <Quorvex/platform/NativeWindow.h>
 
 #include "Failure.h"
-
-// After Qt: its macros take names from everyone.
-#include <X11/Xlib.h>
+#include "X11Window.h"
 
 namespace KOVA::Quorvex::viewer {
-
-void SyncWithServer() {
-    if (const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>()) {
-        XSync(x11->display(), False);
-    }
-}
-
-HWND Attach(WId window) {
-    SyncWithServer();
-    return AttachX11Window(static_cast<unsigned long>(window), nullptr);
-}
 
 Engine::Engine() {
     SetWarningHandler([](const char* /*caption*/, const char* text,

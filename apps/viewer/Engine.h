@@ -10,13 +10,6 @@
 
 namespace KOVA::Quorvex::viewer {
 
-// The library has a connection of its own to the X server. What Qt asked for on its own (windows, sizes) is done when
-// this returns.
-void SyncWithServer();
-
-// The window's handle for the library. Null when it cannot be drawn to.
-HWND Attach(WId window);
-
 // The library, started for as long as this lives, on a window of its own that is never shown: so windows with frames
 // may come and go. One at a time; frames and scenes go before it. Throws Failure when there is no OpenGL.
 class Engine : public QObject {

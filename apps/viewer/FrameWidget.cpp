@@ -10,7 +10,7 @@
 
 #include <Quorvex/platform/NativeWindow.h>
 
-#include "Engine.h"
+#include "X11Window.h"
 
 namespace KOVA::Quorvex::viewer {
 
@@ -20,9 +20,6 @@ constexpr double c_wheelFactor = 1.2; // a notch
 constexpr double c_wheelNotch = 120.0;
 constexpr double c_keyStep = 0.05; // of the frame's width
 constexpr int c_keyTurn = 24;      // pixels of a drag
-
-// Of what the library draws to; beyond, only that side would be cut down, and the proportions be lost.
-constexpr float c_largestSide = 4096.0F;
 
 // A fast pass may take this long. The divisor of samples follows the time that passes take, from a guess that goes with
 // the number of bricks, as each costs its time however few slices it has.
@@ -81,8 +78,9 @@ void FrameWidget::ExpectBricks(std::size_t count) {
 void FrameWidget::PreparePass(bool quality) {
     // Surfaces of volumes are smooth by themselves, and what they cost goes with the pixels.
     const float wanted = m_frame.HoldsVolumes() ? 1.0F : 2.0F;
-    const float full =
-        std::min(wanted, c_largestSide / static_cast<float>(std::max(m_rig.GetWidth(), m_rig.GetHeight())));
+    const int longer = std::max(m_rig.GetWidth(), m_rig.GetHeight());
+    const float largest = static_cast<float>(MAX_PASS_SIZE) / static_cast<float>(longer);
+    const float full = std::min(wanted, largest);
     m_frame.SetAntiAliasing(quality ? full : full / 2.0F);
 }
 

@@ -9,7 +9,6 @@ namespace KOVA::Quorvex::viewer {
 
 namespace {
 
-constexpr double c_last = 255.0;
 constexpr double c_nearestNeighbours = 0.25; // intensities
 constexpr float c_tolerance = 0.012F;        // of a colour's range, and of the largest opacity
 
@@ -73,7 +72,7 @@ private:
 
 } // namespace
 
-TransferCurve::TransferCurve() : m_points{{0.0, {0.0F, 0.0F, 0.0F, 0.0F}}, {c_last, {1.0F, 1.0F, 1.0F, 1.0F}}} {}
+TransferCurve::TransferCurve() : m_points{{0.0, {0.0F, 0.0F, 0.0F, 0.0F}}, {lastIntensity, {1.0F, 1.0F, 1.0F, 1.0F}}} {}
 
 TransferCurve::TransferCurve(std::vector<Point> points) : m_points(std::move(points)) {}
 
@@ -116,7 +115,7 @@ TransferTable TransferCurve::MakeTable() const {
 }
 
 std::size_t TransferCurve::Insert(double intensity) {
-    const double at = std::clamp(intensity, 0.0, c_last);
+    const double at = std::clamp(intensity, 0.0, lastIntensity);
     const ColorRGBA color = At(at);
     const auto after =
         std::find_if(m_points.begin(), m_points.end(), [at](const Point& point) { return point.intensity > at; });
@@ -136,7 +135,7 @@ void TransferCurve::Move(std::size_t index, double intensity, double opacity) {
         return;
     }
     double low = 0.0;
-    double high = c_last;
+    double high = lastIntensity;
     if (index > 0) {
         low = std::max(low, m_points[index - 1].intensity + c_nearestNeighbours);
     }

@@ -9,9 +9,11 @@ namespace KOVA::Quorvex::viewer {
 
 // A transfer function as people edit it: points with an intensity, a colour and an opacity (the colour's a), between
 // which it runs straight; before the first and after the last it stays as it is there. There are always two points or
-// more, in ascending order. Intensities are 0..255, though a window that was moved may carry points beyond.
+// more, in ascending order. Intensities are 0..lastIntensity, though a window that was moved may carry points beyond.
 class TransferCurve {
 public:
+    static constexpr double lastIntensity = 255.0;
+
     struct Point {
         double intensity;
         ColorRGBA color;

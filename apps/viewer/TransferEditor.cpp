@@ -17,11 +17,10 @@ namespace KOVA::Quorvex::viewer {
 
 namespace {
 
-constexpr double c_margin = 7.0; // points on the border are whole
-constexpr double c_strip = 10.0; // height of the colours below the plot
-constexpr double c_radius = 5.0; // of a point
-constexpr double c_reach = 9.0;  // within which a point is hit
-constexpr double c_last = 255.0;
+constexpr double c_margin = 7.0;   // points on the border are whole
+constexpr double c_strip = 10.0;   // height of the colours below the plot
+constexpr double c_radius = 5.0;   // of a point
+constexpr double c_reach = 9.0;    // within which a point is hit
 constexpr double c_keyStep = 0.02; // of the height
 
 double HeightOf(double opacity) {
@@ -68,12 +67,12 @@ QRectF TransferEditor::ColorStrip() const {
 
 QPointF TransferEditor::PlaceOf(const TransferCurve::Point& point) const {
     const QRectF plot = Plot();
-    return {plot.left() + plot.width() * point.intensity / c_last,
+    return {plot.left() + plot.width() * point.intensity / TransferCurve::lastIntensity,
             plot.bottom() - plot.height() * HeightOf(double{point.color.a})};
 }
 
 double TransferEditor::IntensityAt(double x) const {
-    return (x - Plot().left()) / Plot().width() * c_last;
+    return (x - Plot().left()) / Plot().width() * TransferCurve::lastIntensity;
 }
 
 double TransferEditor::OpacityAt(double y) const {
@@ -122,7 +121,7 @@ void TransferEditor::PaintHistogram(QPainter& painter) const {
     painter.setPen(QPen(palette().mid().color(), 1.0, Qt::DashLine));
     for (const int peak : m_peaks) {
         if (peak >= 0) {
-            const double x = plot.left() + plot.width() * peak / c_last;
+            const double x = plot.left() + plot.width() * peak / TransferCurve::lastIntensity;
             painter.drawLine(QPointF(x, plot.top()), QPointF(x, plot.bottom()));
         }
     }
@@ -133,7 +132,7 @@ void TransferEditor::PaintCurve(QPainter& painter) const {
     const QRectF plot = Plot();
     QPainterPath path;
     for (int i = 0; i <= static_cast<int>(plot.width()); ++i) {
-        const double intensity = i / plot.width() * c_last;
+        const double intensity = i / plot.width() * TransferCurve::lastIntensity;
         const ColorRGBA color = m_curve.At(intensity);
         const QPointF place = PlaceOf({intensity, color});
         if (i == 0) {
@@ -252,7 +251,7 @@ void TransferEditor::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_Insert:
         AddAt(m_selected && *m_selected + 1 < count
                   ? (m_curve.GetPoints()[*m_selected].intensity + m_curve.GetPoints()[*m_selected + 1].intensity) / 2.0
-                  : c_last / 2.0);
+                  : TransferCurve::lastIntensity / 2.0);
         break;
     case Qt::Key_Delete:
         RemoveSelected();

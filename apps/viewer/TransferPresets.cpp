@@ -6,9 +6,7 @@ namespace KOVA::Quorvex::viewer {
 
 namespace {
 
-using Mode = VolumeAttribute::RenderMode;
-
-template <Mode mode> TransferCurve Default(const VolumePart& volume) {
+template <VolumeAttribute::RenderMode mode> TransferCurve Default(const VolumePart& volume) {
     return TransferCurve::FromTable(volume.DefaultTable(mode));
 }
 

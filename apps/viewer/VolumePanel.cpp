@@ -39,7 +39,6 @@ constexpr std::array<Mode, 4> c_modes{{{VolumeAttribute::Shaded, "Lit"},
                                        {VolumeAttribute::MaximumIntensity, "Largest intensity"},
                                        {VolumeAttribute::MinimumIntensity, "Smallest intensity"}}};
 
-constexpr double c_lastLevel = 255.0;
 constexpr int c_levelDecimals = 1;
 constexpr int c_noPreset = -1;
 
@@ -94,8 +93,8 @@ QWidget* VolumePanel::MakeLook() {
     form->addRow(tr("Mod&e"), m_mode);
     form->addRow(tr("&Level"), m_level);
     form->addRow(tr("&Window"), m_window);
-    m_level->SetRange(0.0, c_lastLevel);
-    m_window->SetRange(0.0, c_lastLevel);
+    m_level->SetRange(0.0, TransferCurve::lastIntensity);
+    m_window->SetRange(0.0, TransferCurve::lastIntensity);
     connect(m_level, &ValueSlider::Changed, this,
             [this](double level) { TakeWindow(level, m_editor->GetCurve().GetWindow()); });
     connect(m_window, &ValueSlider::Changed, this,

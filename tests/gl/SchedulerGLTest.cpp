@@ -28,30 +28,6 @@ protected:
     }
 };
 
-// Runs an action of the host once, the first time that a pass lets input through.
-class DuringPass {
-public:
-    explicit DuringPass(std::function<void()> action) : m_action(std::move(action)) { SetMessagePump(Pump, this); }
-    DuringPass(const DuringPass&) = delete;
-    DuringPass& operator=(const DuringPass&) = delete;
-    ~DuringPass() { SetMessagePump(nullptr, nullptr); }
-    bool Ran() const { return m_ran; }
-
-private:
-    static bool Pump(void* user) {
-        auto* const self = static_cast<DuringPass*>(user);
-        if (self->m_ran) {
-            return false;
-        }
-        self->m_ran = true;
-        self->m_action();
-        return true;
-    }
-
-    std::function<void()> m_action;
-    bool m_ran = false;
-};
-
 TEST_F(SchedulerGLTest, TwoRequestsMakeOneFastPassAndOneQualityPass) {
     FrameFixture f(16, 16);
     f.frame.Render();
@@ -113,7 +89,7 @@ TEST_F(SchedulerGLTest, NewRequestStopsAQualityPassWhichIsNotShownAndTriedAgain)
     {
         DuringPass request([&f] { f.frame.Render(); });
         Tick();
-        ASSERT_TRUE(request.Ran()) << "the pass let no input through";
+        ASSERT_GT(request.looks, 0) << "the pass let no input through";
     }
     if (Has(CAPABILITY_FRAME_BUFFER)) { // an off-screen window has one buffer: what is drawn straight to it is there
         EXPECT_EQ(f.Shown().At(0, 0), BLACK) << "an interrupted pass is not shown";
@@ -149,7 +125,7 @@ TEST_F(SchedulerGLTest, NothingElseIsDrawnWhileAFrameIsBusy) {
         Library::s_jobFast.clear(); // the capture asked for a redraw
     });
     Tick();
-    ASSERT_TRUE(pass.Ran());
+    ASSERT_GT(pass.looks, 0);
     EXPECT_THAT(Library::s_jobQuality, ElementsAre(&other.frame));
 }
 
@@ -175,7 +151,7 @@ TEST_F(SchedulerGLTest, PaintingAnotherWindowDoesNotDisturbThePass) {
         }
     });
     Tick();
-    ASSERT_TRUE(pass.Ran());
+    ASSERT_GT(pass.looks, 0);
     EXPECT_THAT(Library::s_jobQuality, IsEmpty()) << "the pass went on to its end";
     EXPECT_EQ(busy.Shown().pixels, expected.pixels);
     EXPECT_EQ(other.Shown().At(24, 16), GREEN);
@@ -191,7 +167,7 @@ TEST_F(SchedulerGLTest, SceneMayChangeWhileItIsDrawn) {
         f.frame.Add(MakeRectangle(-1, -1, 1, 1, 0, {1, 0, 0}));
     });
     Tick();
-    ASSERT_TRUE(pass.Ran());
+    ASSERT_GT(pass.looks, 0);
     EXPECT_EQ(f.Draw().At(16, 16), RED);
 }
 
@@ -202,7 +178,7 @@ TEST_F(SchedulerGLTest, AbortedFramesAreNotDrawnAnyMore) {
     Tick();
     DuringPass pass([&f] { f.frame.AbortRendering(); });
     Tick();
-    ASSERT_TRUE(pass.Ran());
+    ASSERT_GT(pass.looks, 0);
     EXPECT_THAT(Library::s_jobQuality, ElementsAre(&f.frame)) << "the pass was stopped";
     Tick();
     EXPECT_THAT(Library::s_jobQuality, IsEmpty()) << "and is dropped";
@@ -218,7 +194,7 @@ TEST_F(SchedulerGLTest, ReleaseInsideItsOwnPass) {
     Tick();
     DuringPass pass([&f] { f.frame.Release(); });
     Tick();
-    ASSERT_TRUE(pass.Ran());
+    ASSERT_GT(pass.looks, 0);
     EXPECT_THAT(Library::s_jobQuality, IsEmpty());
     EXPECT_THAT(Library::s_vRenderFrames, IsEmpty());
     EXPECT_FALSE(f.frame.IsBusy());

@@ -7,6 +7,8 @@
 
 #include <Quorvex/mesh/MeshData.h>
 
+#include "ExpectNear.h"
+
 // Geometry in client arrays, without a GL context.
 
 namespace KOVA::Quorvex {
@@ -24,10 +26,6 @@ struct Arrays {
 
     MeshData WithRGB() { return {4, vertices.data(), normals.data(), rgb.data(), 12, indices.data(), 4}; }
 };
-
-void ExpectNear(const Vector3f& actual, const Vector3f& expected) {
-    EXPECT_NEAR(Length(actual - expected), 0.0F, 1e-6F);
-}
 
 TEST(MeshData, CountsAreStoredAndArraysMadeLater) {
     MeshData data(5, 7, 1);
@@ -210,9 +208,9 @@ TEST(MeshData, SmoothNormalsWeighEveryFaceAlike) {
     ASSERT_EQ(data.GetNumNormals(), 4U);
     // Three faces of the tetrahedron lie in the coordinate planes; the fourth's normal is (1/2, 1/4, 1/6).
     const Vector3f slope = Normalize(Vector3f(6, 3, 2));
-    ExpectNear(data.GetNormal(0), Normalize(Vector3f(-1, -1, -1)));
-    ExpectNear(data.GetNormal(1), Normalize(slope + Vector3f(0, -1, -1)));
-    ExpectNear(data.GetNormal(3), Normalize(slope + Vector3f(-1, -1, 0)));
+    ExpectNear(data.GetNormal(0), Normalize(Vector3f(-1, -1, -1)), 1e-6F);
+    ExpectNear(data.GetNormal(1), Normalize(slope + Vector3f(0, -1, -1)), 1e-6F);
+    ExpectNear(data.GetNormal(3), Normalize(slope + Vector3f(-1, -1, 0)), 1e-6F);
 
     const std::array<Vector3f, 4> first = {data.GetNormal(0), data.GetNormal(1), data.GetNormal(2), data.GetNormal(3)};
     EXPECT_TRUE(data.ComputeNormals(false)); // starts anew and reuses the array

@@ -16,10 +16,6 @@ namespace {
 
 using namespace stltest;
 
-std::string Solid(const std::string& facets) {
-    return "solid part\n" + facets + "endsolid part\n";
-}
-
 // Reads in blocks and buffers of the sizes given, in parallel or not.
 Outcome ReadWith(const std::string& path, std::size_t blockBytes, std::size_t bufferBytes, bool sequential = false) {
     platform::InputFile file;

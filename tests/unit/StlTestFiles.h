@@ -52,6 +52,10 @@ inline std::string UnitFacet() {
     return FacetText("0 0 1", "0 0 0", "1 0 0", "0 1 0");
 }
 
+inline std::string Solid(const std::string& facets) {
+    return "solid part\n" + facets + "endsolid part\n";
+}
+
 using Record = std::vector<float>; // normal and three corners: 12 numbers
 
 inline Record UnitRecord() {

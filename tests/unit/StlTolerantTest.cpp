@@ -33,10 +33,6 @@ std::string Utf16(const std::string& text) {
     return wide;
 }
 
-std::string Solid(const std::string& facets) {
-    return "solid part\n" + facets + "endsolid part\n";
-}
-
 // What the strict and the tolerant reader make of the same file: triangles, or none for an error.
 constexpr int none = -1;
 

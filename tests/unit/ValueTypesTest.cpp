@@ -8,22 +8,12 @@
 #include <Quorvex/core/Matrix44d.h>
 #include <Quorvex/core/Vectors.h>
 
+#include "ExpectNear.h"
+
 namespace KOVA::Quorvex {
 namespace {
 
 const float s_nan = std::nanf("");
-
-void ExpectNear(const Vector3f& actual, const Vector3f& expected, float tolerance) {
-    EXPECT_NEAR(actual.x, expected.x, tolerance);
-    EXPECT_NEAR(actual.y, expected.y, tolerance);
-    EXPECT_NEAR(actual.z, expected.z, tolerance);
-}
-
-void ExpectNear(const Matrix44d& actual, const Matrix44d& expected, double tolerance) {
-    for (int i = 0; i < 16; ++i) {
-        EXPECT_NEAR(actual[i], expected[i], tolerance) << "element " << i;
-    }
-}
 
 Matrix44d Identity() {
     Matrix44d m;

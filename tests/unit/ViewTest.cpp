@@ -9,6 +9,8 @@
 
 #include <Quorvex/view/View.h>
 
+#include "ExpectNear.h"
+
 namespace KOVA::Quorvex {
 namespace {
 
@@ -38,12 +40,6 @@ Vector3f ToEye(const View& view, const Vector3f& p) {
 Vector3f ToDevice(const View& view, const Vector3f& p) {
     const Vector4d v = Transform(view.GetProjectionMatrix(), p);
     return {static_cast<float>(v.x / v.w), static_cast<float>(v.y / v.w), static_cast<float>(v.z / v.w)};
-}
-
-void ExpectNear(const Vector3f& actual, const Vector3f& expected, float tolerance) {
-    EXPECT_NEAR(actual.x, expected.x, tolerance);
-    EXPECT_NEAR(actual.y, expected.y, tolerance);
-    EXPECT_NEAR(actual.z, expected.z, tolerance);
 }
 
 void ExpectSameModelview(const View& view, const Elements& expected, double tolerance) {

@@ -62,9 +62,7 @@ TEST(EnduranceTest, HundredOpenCloseCyclesLeaveNothingBehind) {
     for (int cycle = 0; cycle < 100; ++cycle) {
         host.Window().resize(between(500, 1100), between(400, 800));
         frames.SetCount(cycle % 3 == 0 ? 4 : cycle % 3);
-        host.Window().Open(cycle % 2 == 0
-                               ? QStringList{QStringLiteral(QUORVEX_SAMPLE)}
-                               : QStringList{QStringLiteral(QUORVEX_VOLUME_SAMPLE), QStringLiteral(QUORVEX_SAMPLE)});
+        host.Window().Open(cycle % 2 == 0 ? QStringList{c_flange} : QStringList{c_casting, c_flange});
         // Often the next thing happens in the middle of a pass.
         const std::size_t wanted = cycle % 2 == 0 ? 1 : 2;
         ASSERT_TRUE(ViewerHost::WaitUntil([&] { return host.Window().GetScene().GetParts().size() == wanted; }));
@@ -93,7 +91,7 @@ TEST(EnduranceTest, HundredOpenCloseCyclesLeaveNothingBehind) {
 #if !defined(__SANITIZE_ADDRESS__)
     EXPECT_LT(ResidentKilobytes() - kilobytes, 12'000);
 #endif
-    ASSERT_TRUE(host.Open({QStringLiteral(QUORVEX_SAMPLE)}));
+    ASSERT_TRUE(host.Open({c_flange}));
     EXPECT_GT(ViewerHost::CountForeground(ViewerHost::Picture(host.Frame())), 2000);
     EXPECT_EQ(ViewerHost::GlErrors(), 0);
 }

@@ -124,7 +124,7 @@ int CountAtEdges(const QImage& picture) {
 TEST(FramesTest, PartsAreNotCutOffByTheFramesEdges) {
     ViewerHost host;
     host.Window().resize(1250, 500);
-    ASSERT_TRUE(host.Open({QStringLiteral(QUORVEX_SAMPLE)}));
+    ASSERT_TRUE(host.Open({c_flange}));
     QTest::keyClick(&host.Window(), Qt::Key_A);
     FrameGrid& frames = host.Window().GetFrames();
     const auto check = [&](const char* name) {
@@ -162,7 +162,7 @@ QAction* FindAction(MainWindow& window, const QString& text) {
 
 TEST(FramesTest, TheFrameThatIsTouchedIsTheCurrentOne) {
     ViewerHost host;
-    ASSERT_TRUE(host.Open({QStringLiteral(QUORVEX_SAMPLE)}));
+    ASSERT_TRUE(host.Open({c_flange}));
     FrameGrid& frames = host.Window().GetFrames();
     QTest::keyClick(&host.Window(), Qt::Key_4, Qt::ControlModifier);
     ASSERT_TRUE(ViewerHost::WaitUntil([&] { return frames.GetCount() == 4; }));

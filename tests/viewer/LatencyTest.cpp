@@ -23,12 +23,7 @@
 #include <viewer/VolumePanel.h>
 
 #include "ViewerHost.h"
-
-// After Qt: its macros take names from everyone.
-#include <X11/Xlib.h>
-#include <X11/extensions/XTest.h>
-#include <X11/keysym.h>
-#undef KeyPress
+#include "XKeyboard.h"
 
 namespace KOVA::Quorvex::viewer {
 
@@ -71,8 +66,7 @@ public:
 
 private:
     void Type(int presses) {
-        Display* const display = XOpenDisplay(nullptr);
-        const KeyCode key = XKeysymToKeycode(display, XK_F7);
+        XKeyboard keyboard;
         std::mt19937 random(512);
         std::uniform_int_distribution<int> pause(20, 90); // milliseconds
         for (int i = 0; i < presses && !m_stop; ++i) {
@@ -82,14 +76,11 @@ private:
                 m_pressed = Clock::now();
                 m_waiting = true;
             }
-            XTestFakeKeyEvent(display, key, True, CurrentTime);
-            XTestFakeKeyEvent(display, key, False, CurrentTime);
-            XSync(display, False);
+            keyboard.PressF7();
             for (int wait = 0; wait < 2000 && IsWaiting() && !m_stop; ++wait) {
                 std::this_thread::sleep_for(std::chrono::milliseconds(1));
             }
         }
-        XCloseDisplay(display);
         m_done = true;
     }
 

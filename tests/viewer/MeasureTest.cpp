@@ -193,7 +193,7 @@ TEST_F(MeasureTest, DistancesAndCamerasStayWhenTheUnitChanges) {
     EXPECT_TRUE(marks.contains(left) && left.width() > 30);
 
     // A volume brings its voxels as the unit; nothing of the mesh moves.
-    ASSERT_TRUE(host.Open({QStringLiteral(QUORVEX_VOLUME_SAMPLE)}));
+    ASSERT_TRUE(host.Open({c_casting}));
     ASSERT_EQ(Scene().GetParts().size(), 2U);
     EXPECT_EQ(Distances().size(), 1U);
     EXPECT_EQ(Distances().front().label, label);

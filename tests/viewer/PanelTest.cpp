@@ -37,7 +37,6 @@ namespace KOVA::Quorvex::viewer {
 
 namespace {
 
-const QString c_flange = QStringLiteral(QUORVEX_SAMPLE);
 constexpr QSize c_size{720, 640}; // little of it is frames
 
 bool Same(const TransferCurve& a, const TransferCurve& b) {

@@ -3,6 +3,7 @@
 #include <functional>
 
 #include <QImage>
+#include <QString>
 #include <QTemporaryDir>
 
 #include <viewer/Engine.h>
@@ -12,6 +13,10 @@
 #include <viewer/SceneModel.h>
 
 namespace KOVA::Quorvex::viewer {
+
+// The samples.
+inline const QString c_flange = QStringLiteral(QUORVEX_SAMPLE);
+inline const QString c_casting = QStringLiteral(QUORVEX_VOLUME_SAMPLE);
 
 // The viewer as a user has it: the engine (one for all tests, as the library is started once in a process), a window on
 // the screen, settings of its own. Errors of OpenGL are counted.

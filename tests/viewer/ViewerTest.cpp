@@ -24,9 +24,6 @@ namespace KOVA::Quorvex::viewer {
 
 namespace {
 
-const QString c_flange = QStringLiteral(QUORVEX_SAMPLE);
-const QString c_casting = QStringLiteral(QUORVEX_VOLUME_SAMPLE);
-
 // Where a point of the first part's file is seen in the frame, in the widget's coordinates (Qt's pixels).
 QPoint PlaceOf(ViewerHost& host, FrameWidget& frame, const Vector3d& point) {
     const auto pixel = frame.Rig().PixelOf(host.Window().GetScene().GetParts().front()->InScene(point));

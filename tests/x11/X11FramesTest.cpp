@@ -16,8 +16,6 @@ using Library = KOVA::Quorvex::Quorvex;
 namespace {
 
 constexpr Color BLACK{0, 0, 0};
-constexpr Color RED{255, 0, 0};
-constexpr Color GREEN{0, 255, 0};
 
 ColorRGBA ToRgba(const Color& color) {
     return {static_cast<float>(color.red) / 255.0F, static_cast<float>(color.green) / 255.0F,

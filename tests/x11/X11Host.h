@@ -19,6 +19,9 @@ struct Color {
     friend void PrintTo(const Color& color, std::ostream* stream);
 };
 
+constexpr Color RED{255, 0, 0};
+constexpr Color GREEN{0, 255, 0};
+
 struct Picture {
     int width, height;
     std::vector<Color> pixels; // from the top left, row by row

@@ -17,8 +17,6 @@ using namespace KOVA::Quorvex;
 
 namespace {
 
-constexpr Color RED{255, 0, 0};
-constexpr Color GREEN{0, 255, 0};
 constexpr Color BLUE{0, 0, 255};
 
 SeamWindow::Message Resized(int width, int height) {
