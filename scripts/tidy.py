@@ -1,7 +1,11 @@
 #!/usr/bin/env python3
-"""Runs clang-tidy over the project's sources, two at a time.
+"""Runs clang-tidy over the project's sources, two processes at a time.
 
     tidy.py BUILD [PART]    only the sources with PART (a regular expression) in their path
+
+Most of the time would go into the headers of libraries, so sources that are compiled alike are looked at together, as
+one unit that includes them all. A unit with findings is cut in halves, down to single sources: what is reported was found
+in a source by itself.
 
 A source that passed is not looked at again until something that clang-tidy sees of it changes: its text, a header of the
 project that it includes, its compile command, the checks, or the version of clang-tidy. What passed is remembered in
@@ -10,14 +14,17 @@ project that it includes, its compile command, the checks, or the version of cla
 import concurrent.futures
 import functools
 import hashlib
+import itertools
 import json
 import pathlib
 import re
 import shlex
 import subprocess
 import sys
+import tempfile
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
+UNIT = 8  # sources at most that are looked at together
 
 
 def dependencies(build):
@@ -64,13 +71,78 @@ def plain(command):
     return result
 
 
-def key(entry, files, version):
-    digest = hashlib.sha256(version.encode() + entry["command"].encode())
-    configurations = [folder / ".clang-tidy" for folder in pathlib.Path(entry["file"]).parents]
-    for path in sorted({*files, pathlib.Path(entry["file"]), *configurations}):
-        if path.is_file():
-            digest.update(str(path).encode() + b"\0" + path.read_bytes())
-    return digest.hexdigest()
+def configurations(source):
+    """The files that say which checks are made, nearest first."""
+    return [folder / ".clang-tidy" for folder in source.parents if (folder / ".clang-tidy").is_file()]
+
+
+def sources_of(entry):
+    """The sources of a compile command: one, or those that the build compiles together."""
+    source = pathlib.Path(entry["file"])
+    if "Unity" not in source.parts:
+        return [source]
+    return [pathlib.Path(path) for path in re.findall(r'^#include "(.+)"$', source.read_text(), re.MULTILINE)]
+
+
+class Source:
+    def __init__(self, path, entry, objects, version):
+        words = plain(entry["command"])
+        output = words[words.index("-o") + 1]
+        start = words.index("-o")
+        # Less the names of the object and the source, which are last.
+        self.path, self.directory, self.words = path, entry["directory"], words[:start]
+        # What came in through a precompiled header is recorded with that header, once for the target.
+        precompiled = output.split(".dir/")[0] + ".dir/cmake_pch.hxx.gch"
+        files = {*objects.get(output, []), *objects.get(precompiled, []), path, *configurations(path)}
+        digest = hashlib.sha256(version.encode() + shlex.join(self.words).encode())
+        for file in sorted(files):
+            digest.update(str(file).encode() + b"\0" + file.read_bytes())
+        self.key = digest.hexdigest()
+
+    def alike(self):
+        """What sources of one unit have in common."""
+        return self.directory, self.words, str(configurations(self.path)[0])
+
+
+def units(sources):
+    """Rows of sources that are compiled alike, about equally long."""
+    for _, group in itertools.groupby(sorted(sources, key=Source.alike), Source.alike):
+        group = list(group)
+        count = -(-len(group) // UNIT)
+        for i in range(count):
+            yield group[i * len(group) // count:(i + 1) * len(group) // count]
+
+
+def tidy(sources, folder):
+    """Runs clang-tidy in a folder of its own; returns its exit status and what it printed."""
+    folder.mkdir()
+    arguments = []
+    unit = sources[0].path
+    if len(sources) > 1:
+        unit = folder / "unit.cpp"
+        unit.write_text("".join(f'#include "{source.path}"\n' for source in sources))
+        arguments = [f"--config-file={configurations(sources[0].path)[0]}", "--checks=-bugprone-suspicious-include",
+                     "--header-filter=/(Quorvex|apps|examples|bench|tests)/"]
+    (folder / "compile_commands.json").write_text(json.dumps([{
+        "directory": sources[0].directory, "file": str(unit),
+        "command": shlex.join([*sources[0].words, "-c", str(unit)])}]))
+    run = subprocess.run(["clang-tidy", "-p", folder, "--quiet", "--extra-arg=-Wno-unknown-warning-option", *arguments,
+                          unit], capture_output=True, text=True)
+    return run.returncode, run.stdout.strip() or run.stderr.strip()
+
+
+def check(sources, cache):
+    """Looks at a unit; returns what was found in which of its sources."""
+    with tempfile.TemporaryDirectory(dir=cache) as scratch:
+        status, printed = tidy(sources, pathlib.Path(scratch) / "unit")
+    if status == 0:
+        for source in sources:
+            (cache / source.key).touch()
+        return {}
+    if len(sources) == 1:
+        return {sources[0].path: printed}
+    half = len(sources) // 2
+    return {**check(sources[:half], cache), **check(sources[half:], cache)}
 
 
 def main():
@@ -79,44 +151,20 @@ def main():
     cache = build / "tidy"
     cache.mkdir(exist_ok=True)
     version = subprocess.run(["clang-tidy", "--version"], check=True, capture_output=True, text=True).stdout
-
-    entries = [entry for entry in json.loads((build / "compile_commands.json").read_text())
-               if pathlib.Path(entry["file"]).is_relative_to(ROOT)
-               and not pathlib.Path(entry["file"]).is_relative_to(build)
-               and re.search(part, str(pathlib.Path(entry["file"]).relative_to(ROOT)))]
-    for entry in entries:
-        words = plain(entry["command"])
-        entry["command"] = shlex.join(words)
-        entry["output"] = words[words.index("-o") + 1]
-    (cache / "compile_commands.json").write_text(json.dumps(entries))
-
     objects = dependencies(build)
 
-    def includes(output):
-        # What came in through a precompiled header is recorded with that header, once for the target.
-        precompiled = output.split(".dir/")[0] + ".dir/cmake_pch.hxx.gch"
-        return objects.get(output, []) + objects.get(precompiled, [])
-
-    todo = {}
-    for entry in entries:
-        passed = cache / key(entry, includes(entry["output"]), version)
-        if not passed.exists():
-            todo[entry["file"]] = passed
-
-    def check(item):
-        run = subprocess.run(["clang-tidy", "-p", cache, "--quiet", "--extra-arg=-Wno-unknown-warning-option", item[0]],
-                             capture_output=True, text=True)
-        return item, run
-
+    sources = [Source(path, entry, objects, version)
+               for entry in json.loads((build / "compile_commands.json").read_text()) for path in sources_of(entry)
+               if path.is_relative_to(ROOT) and not path.is_relative_to(build)
+               and re.search(part, str(path.relative_to(ROOT)))]
+    todo = [source for source in sources if not (cache / source.key).exists()]
     failed = 0
     with concurrent.futures.ThreadPoolExecutor(max_workers=2) as pool:
-        for (source, passed), run in pool.map(check, todo.items()):
-            if run.returncode == 0:
-                passed.touch()
-            else:
-                failed += 1
-                print(run.stdout.strip() or run.stderr.strip(), flush=True)
-    print(f"clang-tidy: {len(entries)} sources, {len(todo)} looked at, {failed} with findings")
+        for found in pool.map(lambda unit: check(unit, cache), units(todo)):
+            failed += len(found)
+            for printed in found.values():
+                print(printed, flush=True)
+    print(f"clang-tidy: {len(sources)} sources, {len(todo)} looked at, {failed} with findings")
     return 1 if failed else 0
 
 
