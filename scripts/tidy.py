@@ -19,6 +19,7 @@ import json
 import pathlib
 import re
 import shlex
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -72,8 +73,9 @@ def plain(command):
 
 
 def configurations(source):
-    """The files that say which checks are made, nearest first."""
-    return [folder / ".clang-tidy" for folder in source.parents if (folder / ".clang-tidy").is_file()]
+    """The project's files that say which checks are made of a source, nearest first; the last is for all sources."""
+    return [folder / ".clang-tidy" for folder in source.parents
+            if folder.is_relative_to(ROOT) and (folder / ".clang-tidy").is_file()]
 
 
 def sources_of(entry):
@@ -114,15 +116,18 @@ def units(sources):
 
 
 def tidy(sources, folder):
-    """Runs clang-tidy in a folder of its own; returns its exit status and what it printed."""
-    folder.mkdir()
+    """Runs clang-tidy; returns its exit status and what it printed. The folder, in the project, is for its files."""
     arguments = []
     unit = sources[0].path
     if len(sources) > 1:
+        # Below configurations that inherit from each other like those of the sources; the one for all is further up.
+        for configuration in reversed(configurations(unit)[:-1]):
+            folder /= "inner"
+            folder.mkdir()
+            shutil.copy(configuration, folder)
         unit = folder / "unit.cpp"
         unit.write_text("".join(f'#include "{source.path}"\n' for source in sources))
-        arguments = [f"--config-file={configurations(sources[0].path)[0]}", "--checks=-bugprone-suspicious-include",
-                     "--header-filter=/(Quorvex|apps|examples|bench|tests)/"]
+        arguments = ["--checks=-bugprone-suspicious-include", "--header-filter=/(Quorvex|apps|examples|bench|tests)/"]
     (folder / "compile_commands.json").write_text(json.dumps([{
         "directory": sources[0].directory, "file": str(unit),
         "command": shlex.join([*sources[0].words, "-c", str(unit)])}]))
@@ -134,7 +139,7 @@ def tidy(sources, folder):
 def check(sources, cache):
     """Looks at a unit; returns what was found in which of its sources."""
     with tempfile.TemporaryDirectory(dir=cache) as scratch:
-        status, printed = tidy(sources, pathlib.Path(scratch) / "unit")
+        status, printed = tidy(sources, pathlib.Path(scratch))
     if status == 0:
         for source in sources:
             (cache / source.key).touch()
