@@ -160,8 +160,8 @@ void RenderFrame::LoadCamera(Size target, double eyeShift) {
 
 // Makes the bound target of this size ready for what is shown as a picture of another one.
 void RenderFrame::BeginTarget(Size target, Size picture) {
-    m_targetScaleX = static_cast<float>(target.width) / static_cast<float>(picture.width);
-    m_targetScaleY = static_cast<float>(target.height) / static_cast<float>(picture.height);
+    m_targetScaleX = m_pixelRatio * static_cast<float>(target.width) / static_cast<float>(picture.width);
+    m_targetScaleY = m_pixelRatio * static_cast<float>(target.height) / static_cast<float>(picture.height);
     glEnable(GL_DEPTH_TEST);
     glViewport(0, 0, static_cast<GLsizei>(target.width), static_cast<GLsizei>(target.height));
     glClear(GL_DEPTH_BUFFER_BIT); // the background covers the colours

@@ -217,6 +217,12 @@ public:
     void SetAntiAliasing(float factor) { m_antiAliasing = factor; } // pixels drawn per pixel shown, each way
     float GetAntiAliasing() const { return m_antiAliasing; }
 
+    // How many pixels of the picture make one of those in which points and lines of overlays, axes, the rotation axis,
+    // the grid and their texts have their sizes: on displays of high density, what the host's toolkit scales its own
+    // text by. 1 at first.
+    void SetPixelRatio(float ratio) { m_pixelRatio = ratio; }
+    float GetPixelRatio() const { return m_pixelRatio; }
+
     // In a fast pass a volume's sample factor is divided by this.
     void SetFastPassSampleDivisor(float divisor) { m_fastPassSampleDivisor = divisor; }
     float GetFastPassSampleDivisor() const { return m_fastPassSampleDivisor; }
@@ -320,6 +326,7 @@ private:
     float m_fastPassSampleDivisor = 100.0F;
     float m_qualityThreshold = 100.0F;
     float m_antiAliasing = 1.0F;
+    float m_pixelRatio = 1.0F;
     float m_objectsDone = 0.0F;
     StereoMode m_stereoMode = STEREO_NONE;
     float m_stereoEffect = 0.08F;
@@ -341,7 +348,7 @@ private:
     double m_gridOrigin[3] = {0.0, 0.0, 0.0};
     double m_loadedProjection[16] = {}; // the camera of the picture that is being drawn
     double m_loadedModelview[16] = {};
-    float m_targetScaleX = 1.0F; // its pixels for each of those that are shown
+    float m_targetScaleX = 1.0F; // its pixels for each of those in which sizes are meant
     float m_targetScaleY = 1.0F;
     bool m_abort = false;
     Vector3f m_light{0.0F, 0.0F, -1.0F};

@@ -9,7 +9,8 @@ namespace KOVA::Quorvex {
 
 // Drawing on top of a picture in pixels of its target, origin at the bottom left: colours are blended by their opacity,
 // nothing is lit or textured, depths are neither tested nor written. At the end of the scope the state is as before.
-// What is drawn in sizes of the shown picture is scaled by the target's pixels for each of these.
+// Sizes are meant in pixels of the shown picture, or what the frame takes for them; the scale is the target's pixels
+// for each of these.
 class ScreenOverlay {
 public:
     // The viewport is the target.

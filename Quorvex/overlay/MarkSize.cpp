@@ -9,7 +9,8 @@ namespace KOVA::Quorvex {
 
 float MarkSize(const RenderFrame& frame, float pixels) {
     const bool antiAliased = Quorvex::CheckQXExtension(CAPABILITY_FRAME_BUFFER);
-    return std::max(antiAliased ? pixels * frame.GetAntiAliasing() : pixels, 1.0F);
+    const float drawn = antiAliased ? frame.GetAntiAliasing() : 1.0F; // for each that is shown
+    return std::max(pixels * drawn * frame.GetPixelRatio(), 1.0F);
 }
 
 } // namespace KOVA::Quorvex

@@ -110,6 +110,7 @@ bool FrameWidget::event(QEvent* event) {
 void FrameWidget::resizeEvent(QResizeEvent* /*event*/) {
     const double ratio = devicePixelRatioF();
     m_rig.SetSize(static_cast<int>(std::lround(width() * ratio)), static_cast<int>(std::lround(height() * ratio)));
+    m_frame.SetPixelRatio(static_cast<float>(ratio));
     SyncWithServer(); // so that the library learns of the size before it draws the picture that suits it
     Moved();
 }

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cmath>
+#include <utility>
 
 #include <Quorvex/core/OpenGL.h>
 #include <Quorvex/platform/Text.h>
@@ -36,10 +37,11 @@ template <class Predicate> Spot FindSpot(const Picture& picture, Predicate predi
 
 TEST_F(AxesGLTest, AxesPointWhereTheWorldsDo) {
     // The axes begin 54 pixels from the corner's sides and are 38 long.
-    for (const bool leftHand : {false, true}) {
+    for (const auto& [leftHand, ratio] : {std::pair(false, 1), std::pair(true, 1), std::pair(false, 2)}) {
         for (const Vector3f& eye : {Vector3f(3, 1, 4), Vector3f(-2, 2, -5), Vector3f(1, -4, 2), Vector3f(-3, -1, 1)}) {
-            FrameFixture f(300, 280);
+            FrameFixture f(300 * ratio, 280 * ratio);
             f.frame.SetCoordAxesEnabled(true);
+            f.frame.SetPixelRatio(static_cast<float>(ratio));
             f.view.SetProjectionPerspective(0.8F, 1, 20, leftHand);
             f.view.SetModelviewViewer(eye, {0, 0, 0}, {0, 1, 0});
             const Picture picture = f.Draw();
@@ -52,10 +54,10 @@ TEST_F(AxesGLTest, AxesPointWhereTheWorldsDo) {
             for (std::size_t axis = 0; axis < 3; ++axis) {
                 ASSERT_GT(spots[axis].count, 30);
                 const double length = std::hypot(m[axis * 4], m[axis * 4 + 1]);
-                const double along =
-                    ((spots[axis].x - 54) * m[axis * 4] + (spots[axis].y - 54) * m[axis * 4 + 1]) / length;
-                const double beside =
-                    ((spots[axis].x - 54) * m[axis * 4 + 1] - (spots[axis].y - 54) * m[axis * 4]) / length;
+                const double x = spots[axis].x / ratio - 54;
+                const double y = spots[axis].y / ratio - 54;
+                const double along = (x * m[axis * 4] + y * m[axis * 4 + 1]) / length;
+                const double beside = (x * m[axis * 4 + 1] - y * m[axis * 4]) / length;
                 EXPECT_GT(along, 38 * length / 3) << axis;
                 EXPECT_LT(along, 38 * length) << axis;
                 EXPECT_NEAR(beside, 0.0, 2.5) << axis;

@@ -4,6 +4,7 @@
 #include <array>
 #include <bit>
 #include <cmath>
+#include <utility>
 
 #include <Quorvex/core/OpenGL.h>
 #include <Quorvex/platform/Text.h>
@@ -215,12 +216,13 @@ TEST_F(OverlayGLTest, PointsHaveTheirSizeWhateverWasDrawnBefore) {
     OverlayData data;
     data.AddPoint({1, 1, 0}, LABEL_COLOR, "");
     f.frame.Add(Overlay(data));
-    for (const float antiAliasing : {1.0F, 2.0F}) {
+    for (const auto& [antiAliasing, ratio] : {std::pair(1.0F, 1.0F), std::pair(2.0F, 1.0F), std::pair(2.0F, 3.0F)}) {
         f.frame.SetAntiAliasing(antiAliasing);
+        f.frame.SetPixelRatio(ratio);
         const Bounds shown = BoundsOf(f.Draw(), GREEN);
-        EXPECT_NEAR(shown.right - shown.left, 3.5, 0.6) << antiAliasing;
-        EXPECT_NEAR(shown.bottom - shown.top, 3.5, 0.6) << antiAliasing;
-        EXPECT_NEAR(shown.left, 48 - 1.75, 1.0) << antiAliasing;
+        EXPECT_NEAR(shown.right - shown.left, 3.5 * ratio, 0.6) << antiAliasing;
+        EXPECT_NEAR(shown.bottom - shown.top, 3.5 * ratio, 0.6) << antiAliasing;
+        EXPECT_NEAR(shown.left, 48 - 1.75 * ratio, 1.0) << antiAliasing;
     }
 }
 

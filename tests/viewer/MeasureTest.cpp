@@ -283,9 +283,17 @@ TEST_F(MeasureTest, LabelsAreAsLargeAsTheInterfacesText) {
         Click(Part(0), {20.0, 30.0, 80.0});
         Click(Part(0), {80.0, 30.0, 80.0});
         const QRect marks = Marks(); // a horizontal line and the number above it
-        ViewerHost::Keep(ViewerHost::Picture(host.Frame()), "label.png");
+        const QImage picture = ViewerHost::Picture(host.Frame());
+        ViewerHost::Keep(picture, "label.png");
         EXPECT_GT(marks.height(), 12 * ratio);
         EXPECT_LT(marks.height(), 30 * ratio);
+        int thickness = 0; // of the line, beside the number: yellow on grey, with borders that are in between
+        for (int y = marks.top() - 2; y <= marks.bottom() + 2; ++y) {
+            const QColor color = picture.pixelColor(marks.left() + marks.width() / 8, y);
+            thickness += color.red() - color.blue() > 50 ? 1 : 0;
+        }
+        EXPECT_GE(thickness, ratio);
+        EXPECT_LE(thickness, ratio + 1);
         QTest::keyClick(&host.Window(), Qt::Key_M, Qt::ControlModifier);
     }
 }
