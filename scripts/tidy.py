@@ -89,10 +89,10 @@ def sources_of(entry):
 class Source:
     def __init__(self, path, entry, objects, version):
         words = plain(entry["command"])
-        output = words[words.index("-o") + 1]
-        start = words.index("-o")
-        # Less the names of the object and the source, which are last.
-        self.path, self.directory, self.words = path, entry["directory"], words[:start]
+        # The names of the object and of the source are last, and no part of how it is compiled.
+        end = words.index("-o")
+        output = words[end + 1]
+        self.path, self.directory, self.words = path, entry["directory"], words[:end]
         # What came in through a precompiled header is recorded with that header, once for the target.
         precompiled = output.split(".dir/")[0] + ".dir/cmake_pch.hxx.gch"
         files = {*objects.get(output, []), *objects.get(precompiled, []), path, *configurations(path)}

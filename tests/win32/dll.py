@@ -12,7 +12,8 @@ SYSTEM = {"avifil32.dll", "gdi32.dll", "kernel32.dll", "msvcrt.dll", "msvfw32.dl
           "windowscodecs.dll"}
 # Mangled: anything in KOVA::Quorvex, with its virtual tables and type names, and the types of standard exceptions that
 # leave the library.
-EXPORTED = re.compile(r"^_Z(?:T[VIS]|Thn\d+_|GV)?NK?4KOVA7Quorvex|^_ZTISt\d+(exception|runtime_error|bad_alloc|bad_array_new_length)$")
+EXPORTED = re.compile(r"^_Z(?:T[VIS]|Thn\d+_|GV)?NK?4KOVA7Quorvex"
+                      r"|^_ZTISt\d+(exception|runtime_error|bad_alloc|bad_array_new_length)$")
 
 
 def main():
